@@ -1,0 +1,17 @@
+# The CMake package and the pkg-config file that other projects link the library with.
+
+include(CMakePackageConfigHelpers)
+set(vx_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/VXNetworking")
+
+configure_package_config_file(cmake/VXNetworkingConfig.cmake.in VXNetworkingConfig.cmake
+    INSTALL_DESTINATION "${vx_package_dir}")
+write_basic_package_version_file(VXNetworkingConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+configure_file(cmake/VXNetworking.pc.in VXNetworking.pc @ONLY)
+
+install(EXPORT VXNetworkingTargets NAMESPACE VX:: DESTINATION "${vx_package_dir}")
+install(FILES
+        "${PROJECT_BINARY_DIR}/VXNetworkingConfig.cmake"
+        "${PROJECT_BINARY_DIR}/VXNetworkingConfigVersion.cmake"
+    DESTINATION "${vx_package_dir}")
+install(FILES "${PROJECT_BINARY_DIR}/VXNetworking.pc"
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

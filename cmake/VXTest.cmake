@@ -1,0 +1,23 @@
+# vx_add_test(NAME [SOURCES file...] [LINK lib...] [LABELS label...] [TIMEOUT seconds])
+#
+# A Qt Test program. Without SOURCES it is made of NAME.cpp. It makes its own private home
+# folder (tests/support/VXTestMain.h), so it passes alone, in any order and beside others.
+function(vx_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LINK;LABELS")
+    if(NOT arg_SOURCES)
+        set(arg_SOURCES ${name}.cpp)
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE vx_compiler vx_test_support Qt6::Test ${arg_LINK})
+    set_target_properties(${name} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        LABELS "${arg_LABELS}"
+        TIMEOUT ${arg_TIMEOUT}
+        ENVIRONMENT "LC_ALL=C.UTF-8")
+endfunction()
