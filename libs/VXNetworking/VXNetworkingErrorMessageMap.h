@@ -1,0 +1,42 @@
+#pragma once
+
+#include "VXNetworkingErrorCode.h"
+#include "VXNetworkingExport.h"
+
+#include <QtCore/QAtomicInt>
+#include <QtCore/QMap>
+#include <QtCore/QMutex>
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+/// The user's text for each error code. All instances share one table, so an instance is cheap.
+///
+/// The table is filled at the first look-up, in the language that is active then, and never again.
+/// Look-ups may come from any thread.
+class VXNETWORKING_EXPORT VXNetworkingErrorMessageMap : public QObject
+{
+    Q_OBJECT // for the translation context only
+    Q_DISABLE_COPY_MOVE(VXNetworkingErrorMessageMap)
+
+public:
+    explicit VXNetworkingErrorMessageMap(QObject* theParent = nullptr);
+    ~VXNetworkingErrorMessageMap() override;
+
+    /// The text for theCode, an HTML fragment; null when the code has no text of its own.
+    /// Placeholders ("%1" of TooManyDiscountCoupons, "%2" of ServicesFullyLoaded) stay as they are.
+    [[nodiscard]] QString message(VXNetworkingErrorCode theCode) const;
+
+    /// The whole table in ascending order of the codes, for diagnostics.
+    [[nodiscard]] QString messagesDump() const;
+
+    /// Fills the table if that has not happened yet. All the operations above call it.
+    void initMap() const;
+
+private:
+    static QMap<VXNetworkingErrorCode, QString> filledMap();
+    static QString plainLoginMessage();
+
+    static QMap<VXNetworkingErrorCode, QString> myMessageMap; // written under myInitMutex
+    static QMutex myInitMutex;
+    static QAtomicInt ourIsFilled; // publishes the complete myMessageMap
+};
