@@ -1,0 +1,189 @@
+#include "VXQRCodeWidget.h"
+
+#include <QtCore/QEasingCurve>
+#include <QtGui/QPainter>
+#include <QtWidgets/QStyle>
+
+#include <qrencode.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int quietZone = 4;       // modules on each side, ISO/IEC 18004, 6.3.8
+constexpr int preferredSide = 222; // logical pixels: 37 modules, the usual code, of 6 pixels
+constexpr int minimumSide = 111;   // the same of 3 pixels
+constexpr int entryDuration = 280; // milliseconds
+constexpr qreal entryScale = 0.85; // size at the start of the entry
+constexpr QRgb placeholderColor = 0xffc4c8cc;
+
+using Code = std::unique_ptr<QRcode, decltype(&QRcode_free)>;
+
+/// The rectangle moved to whole device pixels, so that its edges stay sharp at any scale.
+QRectF onDevicePixels(const QPainter& thePainter, const QRectF& theRectangle)
+{
+    const QTransform toDevice = thePainter.deviceTransform();
+    const QRectF device = toDevice.mapRect(theRectangle);
+    return toDevice.inverted().mapRect(QRectF(device.toRect()));
+}
+
+} // namespace
+
+VXQRCodeWidget::VXQRCodeWidget(QWidget* theParent)
+    : QWidget(theParent)
+{
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+    setAccessibleName(tr("QR-Code"));
+
+    myEntry.setDuration(entryDuration);
+    myEntry.setStartValue(0.0);
+    myEntry.setEndValue(1.0);
+    myEntry.setEasingCurve(QEasingCurve::OutCubic);
+    connect(&myEntry, &QVariantAnimation::valueChanged, this, [this](const QVariant& theValue) {
+        myProgress = theValue.toReal();
+        update();
+    });
+}
+
+VXQRCodeWidget::~VXQRCodeWidget() = default;
+
+void VXQRCodeWidget::setUrl(const QUrl& theUrl, const QString& theWifiName)
+{
+    myUrl = theUrl;
+    myWifiName = theWifiName;
+    encode();
+    describe();
+    update();
+}
+
+void VXQRCodeWidget::encode()
+{
+    myModules.clear();
+    myModuleCount = 0;
+    if (myUrl.host().isEmpty())
+        return;
+
+    const QByteArray text = myUrl.toEncoded();
+    const Code code(QRcode_encodeData(static_cast<int>(text.size()),
+                                      reinterpret_cast<const unsigned char*>(text.constData()), 0,
+                                      QR_ECLEVEL_M),
+                    &QRcode_free);
+    if (!code)
+        return;
+
+    myModuleCount = code->width;
+    myModules.resize(static_cast<qsizetype>(code->width) * code->width);
+    // Bit 0 of each byte is the colour, the others say what the module is for.
+    std::transform(code->data, code->data + myModules.size(), myModules.begin(),
+                   [](unsigned char theModule) { return static_cast<char>(theModule & 1); });
+}
+
+void VXQRCodeWidget::describe()
+{
+    const QString address = hasCode() ? QString::fromLatin1(myUrl.toEncoded()) : QString();
+    setToolTip(address);
+    setAccessibleDescription(
+        myWifiName.isEmpty() || address.isEmpty() ? address : u"%1, %2"_s.arg(address, myWifiName));
+}
+
+void VXQRCodeWidget::animateIn()
+{
+    myEntry.stop();
+    const bool isAnimated =
+        style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+    // The first value is not announced by the animation.
+    myProgress = isAnimated ? 0.0 : 1.0;
+    update();
+    if (isAnimated)
+        myEntry.start();
+}
+
+QSize VXQRCodeWidget::sizeHint() const
+{
+    return {preferredSide, preferredSide};
+}
+
+QSize VXQRCodeWidget::minimumSizeHint() const
+{
+    return {minimumSide, minimumSide};
+}
+
+void VXQRCodeWidget::paintEvent(QPaintEvent* /*theEvent*/)
+{
+    QPainter painter(this);
+    if (myProgress < 1.0) {
+        const QPointF centre = QRectF(rect()).center();
+        const qreal scale = entryScale + (1.0 - entryScale) * myProgress;
+        painter.setOpacity(myProgress);
+        painter.translate(centre);
+        painter.scale(scale, scale);
+        painter.translate(-centre);
+    }
+    if (hasCode())
+        paintCode(painter);
+    else
+        paintPlaceholder(painter);
+}
+
+QRectF VXQRCodeWidget::square() const
+{
+    const qreal side = std::min(width(), height());
+    return {(width() - side) / 2, (height() - side) / 2, side, side};
+}
+
+bool VXQRCodeWidget::isDark(int theRow, int theColumn) const
+{
+    return myModules.at(static_cast<qsizetype>(theRow) * myModuleCount + theColumn) != 0;
+}
+
+void VXQRCodeWidget::paintCode(QPainter& thePainter) const
+{
+    const QRectF panel = onDevicePixels(thePainter, square());
+    thePainter.fillRect(panel, Qt::white);
+
+    // A module as large as fits, in whole device pixels; below one pixel nothing is readable
+    // anyway.
+    const qreal scale = std::abs(thePainter.deviceTransform().m11());
+    const int modules = myModuleCount + 2 * quietZone;
+    const qreal side = std::max(1.0, std::floor(panel.width() * scale / modules + 0.001)) / scale;
+    const qreal codeSide = side * myModuleCount;
+    const QRectF code = onDevicePixels(
+        thePainter, {panel.center() - QPointF(codeSide, codeSide) / 2, QSizeF(codeSide, codeSide)});
+
+    for (int row = 0; row < myModuleCount; ++row) {
+        for (int column = 0; column < myModuleCount; ++column) {
+            if (!isDark(row, column))
+                continue;
+            const QPointF corner = code.topLeft() + QPointF(column, row) * side;
+            thePainter.fillRect(onDevicePixels(thePainter, {corner, QSizeF(side, side)}),
+                                Qt::black);
+        }
+    }
+}
+
+void VXQRCodeWidget::paintPlaceholder(QPainter& thePainter) const
+{
+    const QRectF panel = onDevicePixels(thePainter, square());
+    thePainter.fillRect(panel, Qt::white);
+
+    // The three corner marks of a code, pale and with nothing between them but a dash.
+    const qreal unit = panel.width() / 29;
+    const QColor color = QColor::fromRgb(placeholderColor);
+    thePainter.setRenderHint(QPainter::Antialiasing);
+    for (const QPointF& corner : {QPointF(4, 4), QPointF(18, 4), QPointF(4, 18)}) {
+        const QPointF topLeft = panel.topLeft() + corner * unit;
+        thePainter.setPen(QPen(color, unit, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+        thePainter.setBrush(Qt::NoBrush);
+        thePainter.drawRect(QRectF(topLeft + QPointF(0.5, 0.5) * unit, QSizeF(6, 6) * unit));
+        thePainter.fillRect(QRectF(topLeft + QPointF(2, 2) * unit, QSizeF(3, 3) * unit), color);
+    }
+    thePainter.setPen(QPen(color, 1.5 * unit, Qt::SolidLine, Qt::RoundCap));
+    thePainter.drawLine(panel.topLeft() + QPointF(18.5, 21.5) * unit,
+                        panel.topLeft() + QPointF(24.5, 21.5) * unit);
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "VXGUIWidgetsExport.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+#include <QtCore/QUrl>
+#include <QtCore/QVariantAnimation>
+#include <QtWidgets/QWidget>
+
+/// Shows an address as a QR code that a phone's camera reads.
+///
+/// The code is black on white with a quiet zone of four modules whatever the palette or the style
+/// sheet says, because scanners fail on inverted codes. Each module covers a whole number of
+/// device pixels. GUI thread only.
+class VXGUIWIDGETS_EXPORT VXQRCodeWidget : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(VXQRCodeWidget)
+
+public:
+    explicit VXQRCodeWidget(QWidget* theParent = nullptr);
+    ~VXQRCodeWidget() override;
+
+    /// Shows theUrl; its encoded form is the text of the code. A placeholder appears instead when
+    /// the address is empty, names no host, or is too long for a QR code (2331 bytes).
+    /// theWifiName is the network that the phone must join; screen readers hear it.
+    void setUrl(const QUrl& theUrl, const QString& theWifiName);
+
+    /// The address last set.
+    [[nodiscard]] QUrl url() const { return myUrl; }
+
+    /// The network name last set.
+    [[nodiscard]] QString wifiName() const { return myWifiName; }
+
+    /// True while a code is shown, false while the placeholder is.
+    [[nodiscard]] bool hasCode() const noexcept { return myModuleCount > 0; }
+
+    /// Lets the code grow and fade in once. At once in full where the style wants no animations.
+    void animateIn();
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+    [[nodiscard]] int heightForWidth(int theWidth) const override { return theWidth; }
+
+protected:
+    void paintEvent(QPaintEvent* theEvent) override;
+
+private:
+    void encode();
+    void describe();
+    void paintCode(QPainter& thePainter) const;
+    void paintPlaceholder(QPainter& thePainter) const;
+    [[nodiscard]] bool isDark(int theRow, int theColumn) const;
+    [[nodiscard]] QRectF square() const;
+
+    QUrl myUrl;
+    QString myWifiName;
+    QByteArray myModules;  // row by row, one byte each, not 0 = dark
+    int myModuleCount = 0; // modules per side, without the quiet zone; 0 = placeholder
+    QVariantAnimation myEntry;
+    qreal myProgress = 1.0; // of the entry animation
+};
