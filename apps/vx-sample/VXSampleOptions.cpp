@@ -1,0 +1,91 @@
+#include "VXSampleOptions.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+void VXSampleOptions::addTo(QCommandLineParser& theParser)
+{
+    // What stands behind the command belongs to the command.
+    theParser.setOptionsAfterPositionalArgumentsMode(
+        QCommandLineParser::ParseAsPositionalArguments);
+    theParser.addOptions({
+        {{u"h"_s, u"help"_s}, u"Show this help; behind a command, the help of the command."_s},
+        {{u"v"_s, u"version"_s}, u"Show the version."_s},
+        {u"config"_s, u"Read the deployment file FILE last."_s, u"FILE"_s},
+        {u"settings"_s, u"Keep the user's settings in FILE."_s, u"FILE"_s},
+        {u"assets"_s, u"Take pages, icons and style from DIR."_s, u"DIR"_s},
+        {u"temp"_s, u"Put temporary files into DIR."_s, u"DIR"_s},
+        {u"log-dir"_s, u"Write the log files into DIR."_s, u"DIR"_s},
+        {u"language"_s, u"Use the language TAG (BCP 47)."_s, u"TAG"_s},
+        {u"simulator"_s,
+         u"auto: start the embedded service when a command needs it (default); none: never; "
+         "READYFILE: use the running one that wrote this file."_s,
+         u"auto|none|READYFILE"_s, u"auto"_s},
+        {u"answers"_s, u"Answer the library's questions from FILE (JSON list)."_s, u"FILE"_s},
+        {u"opener"_s, u"Open addresses with PROGRAM instead of the browser."_s, u"PROGRAM"_s},
+        {u"offscreen"_s, u"Work without a display."_s},
+        {u"exit-after"_s, u"End the command after SECONDS."_s, u"SECONDS"_s},
+        {u"master"_s, u"Run in the developers' mode."_s},
+        {u"program-id"_s, u"Run as the program number N (8: no web content)."_s, u"N"_s},
+    });
+}
+
+VXSampleOptions VXSampleOptions::fromParser(const QCommandLineParser& theParser)
+{
+    VXSampleOptions options;
+    options.config = options.readableFile(theParser, u"config"_s);
+    options.answers = options.readableFile(theParser, u"answers"_s);
+    options.settings = theParser.value(u"settings"_s);
+    options.assets = theParser.value(u"assets"_s);
+    options.temp = theParser.value(u"temp"_s);
+    options.logDir = theParser.value(u"log-dir"_s);
+    options.language = theParser.value(u"language"_s);
+    options.simulator = theParser.value(u"simulator"_s);
+    options.opener = theParser.value(u"opener"_s);
+    options.offscreen = theParser.isSet(u"offscreen"_s);
+    options.master = theParser.isSet(u"master"_s);
+    options.exitAfter = options.number(theParser, u"exit-after"_s);
+    options.programId = options.number(theParser, u"program-id"_s);
+
+    if (!options.assets.isEmpty() && !QFileInfo(options.assets).isDir())
+        options.refuse(u"--assets: there is no folder \"%1\""_s.arg(options.assets));
+    return options;
+}
+
+/// Keeps the first complaint only: the later ones often follow from it.
+void VXSampleOptions::refuse(const QString& theText)
+{
+    if (myErrorText.isEmpty())
+        myErrorText = theText;
+}
+
+std::optional<int> VXSampleOptions::number(const QCommandLineParser& theParser,
+                                           const QString& theName)
+{
+    if (!theParser.isSet(theName))
+        return std::nullopt;
+
+    bool isNumber = false;
+    const int value = theParser.value(theName).toInt(&isNumber);
+    if (!isNumber || value < 0) {
+        refuse(u"--%1: \"%2\" is no number from 0 on"_s.arg(theName, theParser.value(theName)));
+        return std::nullopt;
+    }
+    return value;
+}
+
+QString VXSampleOptions::readableFile(const QCommandLineParser& theParser, const QString& theName)
+{
+    const QString path = theParser.value(theName);
+    if (path.isEmpty() && !theParser.isSet(theName))
+        return {};
+
+    QFile file(path);
+    if (QFileInfo(path).isDir() || !file.open(QIODevice::ReadOnly))
+        refuse(u"--%1: cannot read \"%2\": %3"_s.arg(
+            theName, path, QFileInfo(path).isDir() ? u"it is a folder"_s : file.errorString()));
+    return path;
+}

@@ -1,0 +1,176 @@
+#include "VXSampleProgram.h"
+
+#include "VXSampleCommand.h"
+#include "VXSampleCommandTable.h"
+#include "VXSampleContext.h"
+#include "VXSampleHelp.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QTimer>
+#include <QtWidgets/QApplication>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList commandLine(int theCount, char** theArguments)
+{
+    QStringList arguments;
+    for (int i = 0; i < theCount; ++i)
+        arguments << QString::fromLocal8Bit(theArguments[i]);
+    return arguments;
+}
+
+/// Qt's own options that have a value: the application object removes them, but the first look
+/// at the command line takes place before there is one.
+QStringList withoutQtOptions(QStringList theArguments)
+{
+    static constexpr std::array withValue{"-platform"_L1, "-platformtheme"_L1, "-style"_L1,
+                                          "-stylesheet"_L1};
+    for (qsizetype i = 1; i + 1 < theArguments.size();) {
+        if (std::ranges::find(withValue, theArguments.at(i)) != withValue.end())
+            theArguments.remove(i, 2);
+        else
+            ++i;
+    }
+    return theArguments;
+}
+
+} // namespace
+
+VXSampleProgram::VXSampleProgram(int& theCount, char** theArguments)
+    : myCount(theCount)
+    , myArguments(theArguments)
+{
+}
+
+VXSampleProgram::~VXSampleProgram() = default;
+
+VXSampleExitCode VXSampleProgram::run()
+{
+    QCoreApplication::setOrganizationName(u"VX"_s);
+    QCoreApplication::setApplicationName(u"vx-sample"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(VX_PROJECT_VERSION));
+
+    // The first look ignores options that it does not know: Qt's and the library's own are still
+    // in the list.
+    QCommandLineParser firstLook;
+    VXSampleOptions::addTo(firstLook);
+    firstLook.parse(withoutQtOptions(commandLine(myCount, myArguments)));
+    if (showWhatWasAskedFor(firstLook))
+        return VXSampleExitCode::Success;
+    if (firstLook.positionalArguments().isEmpty())
+        return refuse(firstLook.errorText().isEmpty() ? u"which command?"_s
+                                                      : firstLook.errorText());
+
+    const QString name = firstLook.positionalArguments().constFirst();
+    myCommand = VXSampleCommandTable::find(name);
+    if (!myCommand)
+        return refuse(u"there is no command \"%1\""_s.arg(name));
+    myOptions = VXSampleOptions::fromParser(firstLook);
+    if (!myOptions.errorText().isEmpty())
+        return refuse(myOptions.errorText());
+
+    if (myOptions.offscreen)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!hasDisplay()) {
+        myOutput.message(u"vx-sample: there is no display; --offscreen works without one"_s);
+        return VXSampleExitCode::EnvironmentError;
+    }
+    makeApplication();
+
+    QCommandLineParser parser;
+    VXSampleOptions::addTo(parser);
+    if (!parser.parse(QCoreApplication::arguments()))
+        return refuse(parser.errorText());
+    if (myOptions.exitAfter)
+        endAfter(*myOptions.exitAfter);
+    return runCommand(parser.positionalArguments());
+}
+
+VXSampleExitCode VXSampleProgram::refuse(const QString& theText)
+{
+    myOutput.message(u"vx-sample: %1"_s.arg(theText));
+    myOutput.message(u"vx-sample --help lists the commands and options."_s);
+    return VXSampleExitCode::UsageError;
+}
+
+bool VXSampleProgram::showWhatWasAskedFor(const QCommandLineParser& theParser)
+{
+    if (theParser.isSet(u"version"_s)) {
+        myOutput.text(u"vx-sample %1"_s.arg(QCoreApplication::applicationVersion()));
+        return true;
+    }
+    const QStringList arguments = theParser.positionalArguments();
+    const VXSampleCommandRow* row = VXSampleCommandTable::find(arguments.value(0));
+    if (row && (arguments.contains(u"--help"_s) || arguments.contains(u"-h"_s))) {
+        myOutput.text(VXSampleHelp::command(*row));
+        return true;
+    }
+    if (theParser.isSet(u"help"_s)) {
+        myOutput.text(VXSampleHelp::overview());
+        return true;
+    }
+    return false;
+}
+
+/// Without a display Qt would end the process, so it is asked for beforehand.
+bool VXSampleProgram::hasDisplay() const
+{
+    if (myCommand->application == VXSampleApplication::Core)
+        return true;
+    const QStringList arguments = commandLine(myCount, myArguments);
+    return arguments.contains(u"-platform"_s) ||
+           std::ranges::any_of(
+               std::array{"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"},
+               [](const char* theVariable) { return !qEnvironmentVariableIsEmpty(theVariable); });
+}
+
+void VXSampleProgram::makeApplication()
+{
+    if (myCommand->application == VXSampleApplication::Widgets)
+        myApplication = std::make_unique<QApplication>(myCount, myArguments);
+    else
+        myApplication = std::make_unique<QCoreApplication>(myCount, myArguments);
+}
+
+VXSampleExitCode VXSampleProgram::runCommand(const QStringList& theArguments)
+{
+    const std::unique_ptr<VXSampleCommand> command = myCommand->create();
+    QCommandLineParser parser;
+    command->addOptions(parser);
+    if (!parser.parse(theArguments)) // the command's name stands where the program's would
+        return refuse(u"%1: %2"_s.arg(myCommand->name, parser.errorText()));
+
+    const VXSampleExitCode count = checkCount(parser.positionalArguments().size());
+    if (count != VXSampleExitCode::Success)
+        return count;
+
+    VXSampleContext context{myOptions, myOutput};
+    const VXSampleExitCode code = command->run(parser, context);
+    const bool isLate = myTimeIsUp && myCommand->duration == VXSampleDuration::Finite;
+    return isLate ? VXSampleExitCode::TimedOut : code;
+}
+
+VXSampleExitCode VXSampleProgram::checkCount(qsizetype theCount)
+{
+    const bool isTooFew = theCount < myCommand->fewestArguments;
+    const bool isTooMany = myCommand->mostArguments >= 0 && theCount > myCommand->mostArguments;
+    if (!isTooFew && !isTooMany)
+        return VXSampleExitCode::Success;
+
+    return refuse(u"%1: %2 arguments; usage: vx-sample %1 %3"_s.arg(
+        myCommand->name, isTooFew ? "too few"_L1 : "too many"_L1, myCommand->arguments));
+}
+
+void VXSampleProgram::endAfter(int theSeconds)
+{
+    QTimer::singleShot(std::chrono::seconds(theSeconds), myApplication.get(), [this] {
+        myTimeIsUp = true;
+        myOutput.message(u"vx-sample: --exit-after is over"_s);
+        QCoreApplication::quit(); // ends a wait for an answer, too
+    });
+}
