@@ -1,0 +1,103 @@
+#include "VXExclusiveChoiceDialog.h"
+
+#include "VXDialogDriver.h"
+#include "VXMessageBox.h"
+
+#include <QtWidgets/QCommandLinkButton>
+#include <QtWidgets/QDialogButtonBox>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int minimumWidthInPixels = 420;
+
+QHBoxLayout* createMessage(const QString& theText, QWidget* theDialog)
+{
+    auto* icon = new QLabel(theDialog);
+    const int size = theDialog->style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
+    icon->setPixmap(theDialog->style()
+                        ->standardIcon(QStyle::SP_MessageBoxQuestion, nullptr, theDialog)
+                        .pixmap(size));
+    auto* text = new QLabel(theText, theDialog);
+    text->setObjectName(u"messageLabel"_s);
+    text->setWordWrap(true);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+
+    auto* layout = new QHBoxLayout; // the caller puts it into the dialog's layout
+    layout->addWidget(icon, 0, Qt::AlignTop);
+    layout->addWidget(text, 1);
+    return layout;
+}
+
+} // namespace
+
+VXExclusiveChoiceDialog::VXExclusiveChoiceDialog(const QString& theTitle, const QString& theText,
+                                                 QWidget* theParent)
+    : QDialog(theParent != nullptr ? theParent : VXMessageBox::activeParent())
+    , myLinks(new QVBoxLayout)
+{
+    myQuestion.kind = VXDialogKind::Choice;
+    myQuestion.title = theTitle;
+    myQuestion.text = theText;
+    myQuestion.buttons = QMessageBox::Cancel;
+    myQuestion.escapeButton = QMessageBox::Cancel;
+    myQuestion.parent = parentWidget();
+
+    setObjectName(u"exclusiveChoiceDialog"_s);
+    setWindowTitle(theTitle);
+    setWindowModality(Qt::ApplicationModal);
+    setMinimumWidth(minimumWidthInPixels);
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    buttons->button(QDialogButtonBox::Cancel)
+        ->setText(VXMessageBox::buttonText(QMessageBox::Cancel));
+    buttons->button(QDialogButtonBox::Cancel)->setAutoDefault(false);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(createMessage(theText, this));
+    layout->addLayout(myLinks);
+    layout->addWidget(buttons);
+}
+
+VXExclusiveChoiceDialog::~VXExclusiveChoiceDialog() = default;
+
+void VXExclusiveChoiceDialog::addChoice(int theValue, const QString& theTitle,
+                                        const QString& theDescription)
+{
+    QString title = theTitle;
+    auto* link = new QCommandLinkButton(title.replace(u'&', u"&&"_s), theDescription, this);
+    link->setObjectName(u"choice%1"_s.arg(QString::number(theValue)));
+    link->setAccessibleName(theTitle);
+    link->setAccessibleDescription(theDescription); // Qt leaves it empty
+    connect(link, &QAbstractButton::clicked, this, [this, theValue] { choose(theValue); });
+    if (myQuestion.choices.isEmpty()) {
+        link->setDefault(true);
+        link->setFocus();
+    }
+    myLinks->addWidget(link);
+    myQuestion.choices.append({theValue, theTitle, theDescription});
+}
+
+int VXExclusiveChoiceDialog::exec()
+{
+    myChosenValue.reset();
+    myQuestion.objectName = objectName();
+    if (const auto answer = VXDialogDriver::askCurrent(myQuestion)) {
+        myChosenValue = answer->choice;
+        return myChosenValue ? Accepted : Rejected;
+    }
+    return QDialog::exec();
+}
+
+void VXExclusiveChoiceDialog::choose(int theValue)
+{
+    myChosenValue = theValue;
+    accept();
+}

@@ -1,0 +1,89 @@
+#include "VXMessageBox.h"
+
+#include "VXDialogQuestion.h"
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QTextEdit>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+struct ButtonRow
+{
+    QMessageBox::StandardButton button;
+    const char* text;
+};
+
+constexpr std::array buttonRows{
+    ButtonRow{QMessageBox::Ok, QT_TRANSLATE_NOOP("VXMessageBox", "OK")},
+    ButtonRow{QMessageBox::Retry, QT_TRANSLATE_NOOP("VXMessageBox", "Wiederholen")},
+    ButtonRow{QMessageBox::Cancel, QT_TRANSLATE_NOOP("VXMessageBox", "Abbrechen")},
+    ButtonRow{QMessageBox::Yes, QT_TRANSLATE_NOOP("VXMessageBox", "Ja")},
+    ButtonRow{QMessageBox::No, QT_TRANSLATE_NOOP("VXMessageBox", "Nein")},
+};
+
+} // namespace
+
+VXMessageBox::VXMessageBox(const VXDialogQuestion& theQuestion)
+    : QMessageBox(theQuestion.icon, theQuestion.title, theQuestion.text, theQuestion.buttons,
+                  theQuestion.parent ? theQuestion.parent.data() : activeParent())
+{
+    setObjectName(theQuestion.objectName);
+    setWindowModality(Qt::ApplicationModal);
+    // Texts may hold what a server sent: selectable, but no link leads anywhere.
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    labelButtons();
+    setDefaultButton(theQuestion.defaultButton);
+    setEscapeButton(theQuestion.escapeButton);
+    if (!theQuestion.details.isEmpty())
+        addDetails(theQuestion.details);
+}
+
+VXMessageBox::~VXMessageBox() = default;
+
+QString VXMessageBox::buttonText(StandardButton theButton)
+{
+    const auto row = std::ranges::find(buttonRows, theButton, &ButtonRow::button);
+    return row == buttonRows.end() ? QString() : tr(row->text);
+}
+
+QWidget* VXMessageBox::activeParent()
+{
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : QApplication::activeWindow();
+}
+
+void VXMessageBox::labelButtons()
+{
+    const auto ownButtons = buttons();
+    for (QAbstractButton* ownButton : ownButtons) {
+        const QString text = buttonText(standardButton(ownButton));
+        if (!text.isEmpty())
+            ownButton->setText(text);
+    }
+}
+
+void VXMessageBox::addDetails(const QString& theDetails)
+{
+    setDetailedText(theDetails);
+    const auto ownButtons = buttons();
+    const auto details = std::ranges::find_if(ownButtons, [this](QAbstractButton* theButton) {
+        return buttonRole(theButton) == ActionRole;
+    });
+    if (details == ownButtons.end())
+        return;
+    labelDetailsButton(*details);
+    // Qt gives the button its own label at each click, before this connection is served.
+    connect(*details, &QAbstractButton::clicked, this,
+            [this, button = *details] { labelDetailsButton(button); });
+}
+
+void VXMessageBox::labelDetailsButton(QAbstractButton* theButton)
+{
+    const auto* text = findChild<QTextEdit*>(); // inside the frame that Qt hides and shows
+    const bool isOpen = text != nullptr && !text->parentWidget()->isHidden();
+    theButton->setText(isOpen ? tr("Details verbergen") : tr("Details anzeigen"));
+}
