@@ -1,0 +1,75 @@
+// Keeps the display on while photos are sent: a phone that sleeps drops the transfer. The wake
+// lock needs a secure context, which a page from the local network has not, so a silent video
+// plays instead. Not every phone honours it; then a photo in flight is simply sent again.
+
+var VXUpload = window.VXUpload || {};
+
+VXUpload.Awake = function (video) {
+    'use strict';
+
+    var isHeld = false;
+    var lock = null;
+
+    function ignore() {}
+
+    function playVideo() {
+        video.muted = true; // the attribute alone does not count for every browser
+        var playing = video.play();
+        if (playing && playing.then)
+            playing.then(null, ignore);
+    }
+
+    function takeLock() {
+        navigator.wakeLock.request('screen').then(function (granted) {
+            lock = granted;
+            if (!isHeld)
+                drop();
+        }, ignore);
+    }
+
+    function take() {
+        if (navigator.wakeLock)
+            takeLock();
+        else
+            playVideo();
+    }
+
+    function drop() {
+        if (lock)
+            lock.release().then(null, ignore);
+        lock = null;
+        video.pause();
+    }
+
+    // Fetches the video ahead, so that it can start in the tap that opens the picker. As a
+    // whole: iOS plays no video of a server that sends no byte ranges.
+    this.prepare = function () {
+        if (navigator.wakeLock || video.src)
+            return;
+        var request = new XMLHttpRequest();
+        request.open('GET', '/media/awake.mp4');
+        request.responseType = 'blob';
+        request.onload = function () {
+            if (request.status === 200)
+                video.src = window.URL.createObjectURL(request.response);
+        };
+        request.send();
+    };
+
+    this.hold = function () {
+        isHeld = true;
+        take();
+    };
+
+    this.release = function () {
+        isHeld = false;
+        drop();
+    };
+
+    document.addEventListener('visibilitychange', function () {
+        if (isHeld && document.visibilityState === 'visible')
+            take();
+        else
+            drop();
+    });
+};
