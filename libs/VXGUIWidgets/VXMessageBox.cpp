@@ -76,9 +76,10 @@ void VXMessageBox::addDetails(const QString& theDetails)
     if (details == ownButtons.end())
         return;
     labelDetailsButton(*details);
-    // Qt gives the button its own label at each click, before this connection is served.
-    connect(*details, &QAbstractButton::clicked, this,
-            [this, button = *details] { labelDetailsButton(button); });
+    // Queued: Qt gives the button its own label at each click, and ours comes after that.
+    connect(
+        *details, &QAbstractButton::clicked, this,
+        [this, button = *details] { labelDetailsButton(button); }, Qt::QueuedConnection);
 }
 
 void VXMessageBox::labelDetailsButton(QAbstractButton* theButton)
