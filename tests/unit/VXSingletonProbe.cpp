@@ -1,0 +1,6 @@
+#include "VXSingletonProbe.h"
+
+VXSingletonProbe* singletonProbeInLibrary()
+{
+    return VXSingletonProbe::instance();
+}
