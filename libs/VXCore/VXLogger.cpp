@@ -1,0 +1,167 @@
+#include "VXLogger.h"
+
+#include "VXDeploymentConfig.h"
+#include "VXLogFile.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QLoggingCategory>
+#include <QtCore/QThread>
+
+#include <atomic>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype keptOffSetTimes = 1000;
+constexpr qint64 defaultMaximumSize = 4 * 1024 * 1024; // bytes
+constexpr auto applicationChannel = "application"_L1;
+constexpr auto uploadChannel = "qrupload"_L1;
+
+// Messages of this category stand in the file already when the message handler gets them.
+constexpr char recordCategory[] = "vx.record";
+Q_LOGGING_CATEGORY(records, recordCategory, QtInfoMsg)
+
+std::atomic<QtMessageHandler> previousHandler = nullptr;
+
+QLatin1StringView levelName(QtMsgType theType)
+{
+    switch (theType) {
+    case QtDebugMsg:
+        return "debug"_L1;
+    case QtInfoMsg:
+        return "info"_L1;
+    case QtWarningMsg:
+        return "warning"_L1;
+    case QtCriticalMsg:
+        return "critical"_L1;
+    case QtFatalMsg:
+        return "fatal"_L1;
+    }
+    return "unknown"_L1;
+}
+
+// "2026-11-21T08:15:30.123 7f2a3c info: text"; further lines of the text are indented, so that
+// none of them looks like a record of its own.
+QString stamped(QLatin1StringView theLevel, const QString& theText)
+{
+    QStringList lines = theText.split(u'\n');
+    for (QString& line : lines)
+        line = VXLogFile::escaped(line);
+    const auto thread = reinterpret_cast<quintptr>(QThread::currentThreadId());
+    return u"%1 %2 %3: %4"_s.arg(QDateTime::currentDateTime().toString(Qt::ISODateWithMs),
+                                 QString::number(thread, 16), theLevel, lines.join("\n\t"_L1));
+}
+
+} // namespace
+
+struct VXLogger::Files
+{
+    Files(const QString& theFolder, qint64 theMaximumSize)
+        : folder(theFolder)
+        , maximumSize(theMaximumSize)
+        , application(theFolder + "/application.log"_L1, theMaximumSize)
+        , upload(theFolder + "/qrupload.log"_L1, theMaximumSize)
+    {
+    }
+
+    QString folder;
+    qint64 maximumSize;
+    VXLogFile application;
+    VXLogFile upload;
+};
+
+// The folder is read here and not with each record: a message of the deployment configuration
+// itself may be what has to be written.
+VXLogger::VXLogger()
+    : myFiles(std::make_unique<Files>(VXDeploymentConfig::instance()->text(u"Paths/logFolder"_s),
+                                      defaultMaximumSize))
+{
+}
+
+VXLogger::~VXLogger() = default;
+
+void VXLogger::legacyLog(const QString& theText, bool theIsFlushed)
+{
+    write(applicationChannel, theText, stamped("record"_L1, theText), theIsFlushed);
+    qCInfo(records).noquote() << theText;
+}
+
+void VXLogger::logQRUpload(const QString& theLine)
+{
+    const QString time = QDateTime::currentDateTime().toString(Qt::ISODateWithMs);
+    write(uploadChannel, theLine, time + u' ' + VXLogFile::escaped(theLine), true);
+}
+
+void VXLogger::addToOffSetTimes(int theMilliseconds)
+{
+    const QMutexLocker locker(&myMutex);
+    if (myOffSetTimes.size() >= keptOffSetTimes)
+        myOffSetTimes.removeFirst();
+    myOffSetTimes.append(theMilliseconds);
+}
+
+QList<int> VXLogger::offSetTimes() const
+{
+    const QMutexLocker locker(&myMutex);
+    return myOffSetTimes;
+}
+
+void VXLogger::setSink(const Sink& theSink)
+{
+    const QMutexLocker locker(&myMutex);
+    mySink = theSink;
+}
+
+void VXLogger::setFolder(const QString& theFolder)
+{
+    const QMutexLocker locker(&myMutex);
+    myFiles = std::make_unique<Files>(theFolder, myFiles->maximumSize);
+}
+
+void VXLogger::setMaximumSize(qint64 theBytes)
+{
+    const QMutexLocker locker(&myMutex);
+    myFiles = std::make_unique<Files>(myFiles->folder, theBytes);
+}
+
+void VXLogger::write(const QString& theChannel, const QString& theText, const QString& theLine,
+                     bool theIsFlushed)
+{
+    Sink sink;
+    {
+        const QMutexLocker locker(&myMutex);
+        sink = mySink;
+        VXLogFile& file = theChannel == uploadChannel ? myFiles->upload : myFiles->application;
+        if (!sink)
+            file.append(theLine, theIsFlushed);
+    }
+    if (sink)
+        sink(theChannel, theText);
+    Q_EMIT recordWritten(theChannel, theText);
+}
+
+void VXLogger::installMessageHandler()
+{
+    (void)instance(); // made before the first message asks for it
+    const QtMessageHandler previous = qInstallMessageHandler(handleMessage);
+    if (previous != handleMessage)
+        previousHandler = previous;
+}
+
+void VXLogger::handleMessage(QtMsgType theType, const QMessageLogContext& theContext,
+                             const QString& theMessage)
+{
+    // A sink or slot that logs would come back here for ever.
+    thread_local bool isInside = false;
+    const bool isRecord = qstrcmp(theContext.category, recordCategory) == 0;
+    if (!isInside && !isRecord) {
+        isInside = true;
+        // Warnings and worse may be the last words of the process.
+        instance()->write(applicationChannel, theMessage, stamped(levelName(theType), theMessage),
+                          theType != QtDebugMsg && theType != QtInfoMsg);
+        isInside = false;
+    }
+    if (const QtMessageHandler previous = previousHandler)
+        previous(theType, theContext, theMessage);
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "VXCoreExport.h"
+#include "VXSingleton.h"
+
+#include <QtCore/QString>
+#include <QtCore/QUrl>
+
+class QFileInfo;
+
+/// What the application asks of the platform it runs on. The answers come from the deployment
+/// configuration; a host with other wishes installs a subclass with setInstance().
+///
+/// Thread-safe, unless an operation says otherwise.
+class VXCORE_EXPORT VXPlatformIndependent : public VXSingleton<VXPlatformIndependent>
+{
+    Q_DISABLE_COPY_MOVE(VXPlatformIndependent)
+
+public:
+    VXPlatformIndependent();
+    ~VXPlatformIndependent() override;
+
+    /// True: the lists of CA certificates are left as the platform has them, nothing is merged.
+    [[nodiscard]] virtual bool usesPlatformCertificatesOnly() const;
+
+    /// True: "http" addresses are asked by "https".
+    [[nodiscard]] virtual bool forcesHttps() const;
+
+    /// True: HTTP/2 may be used over TLS. It knows no "Connection" header.
+    [[nodiscard]] virtual bool allowsHttp2() const;
+
+    /// A part of the names of the map-tile hosts; empty: there are none.
+    [[nodiscard]] virtual QString mapTileHostFragment() const;
+
+    /// A part of the names of the analytics hosts; empty: there are none.
+    [[nodiscard]] virtual QString analyticsHostFragment() const;
+
+    /// The address of the download server; empty when there is none.
+    [[nodiscard]] virtual QUrl downloadServerUrl() const;
+
+    /// Called with a file after it was written and closed. Does nothing here.
+    virtual void fileWritten(const QFileInfo& theFile);
+
+    /// Called with the target after writing it failed. Does nothing here.
+    virtual void fileWriteFailed(const QFileInfo& theFile);
+
+    /// Shows the address in the user's browser, or hands it, percent-encoded, to the program that
+    /// the deployment names ("Platform/urlOpener"). True when that could be started. GUI thread.
+    virtual bool openUrl(const QUrl& theUrl);
+
+    /// The name of the wireless network that the network interface has joined; empty for a wired
+    /// or unknown one. Names given by the deployment ("Platform/wifiNames", items
+    /// "interface=network") come first.
+    [[nodiscard]] virtual QString wifiNameForInterface(const QString& theInterfaceName) const;
+
+    /// Waits so many milliseconds. In the GUI thread events run meanwhile, but no user input; the
+    /// wait is cut short when the application quits. Zero and less return at once.
+    virtual void sleep(int theMilliseconds);
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "VXCoreExport.h"
+#include "VXResourceFileTypeEnum.h"
+
+#include <QtCore/QFileInfo>
+
+/// Where a shipped file lies ("Resources/caBundle" of the deployment). A plain value; reentrant.
+class VXCORE_EXPORT VXResourceFile
+{
+public:
+    explicit VXResourceFile(VXResourceFileTypeEnum theType);
+
+    /// The file; it may be missing. A default QFileInfo for a kind that is not known.
+    [[nodiscard]] QFileInfo fileInfo() const;
+
+private:
+    VXResourceFileTypeEnum myType = ResourceFileCaBundle;
+};

@@ -1,0 +1,136 @@
+#include "VXSettingsStore.h"
+
+#include "VXDeploymentConfig.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+
+// The file holds passwords, if enciphered, so it is never readable by others, not even between
+// its making and a later change of mode. Later writes keep the mode.
+bool prepare(const QString& theFile)
+{
+    const QFileInfo info(theFile);
+    if (info.isFile())
+        return info.isWritable();
+    if (!QDir().mkpath(info.absolutePath()))
+        return false;
+    QFile file(theFile);
+    return file.open(QFile::WriteOnly | QFile::NewOnly, ownerOnly);
+}
+
+bool sync(QSettings* theSettings)
+{
+    if (!theSettings)
+        return true;
+    theSettings->sync();
+    if (theSettings->status() != QSettings::AccessError)
+        return true;
+    qWarning().noquote() << theSettings->fileName() + ": the settings cannot be written"_L1;
+    return false;
+}
+
+} // namespace
+
+VXSettingsStore& VXSettingsStore::instance()
+{
+    static auto* const ourStore = new VXSettingsStore; // never destroyed, see the header
+    return *ourStore;
+}
+
+void VXSettingsStore::lock()
+{
+    myMutex.lock();
+    ++myDepth;
+}
+
+void VXSettingsStore::unlock()
+{
+    if (isOutermost())
+        flush();
+    --myDepth;
+    myMutex.unlock();
+}
+
+bool VXSettingsStore::flush()
+{
+    if (!myIsChanged)
+        return true;
+    myIsChanged = false;
+    const bool isUserWritten = sync(myUser.get());
+    return sync(myMachine.get()) && isUserWritten;
+}
+
+QString VXSettingsStore::userFile()
+{
+    return VXDeploymentConfig::instance()->text(u"Paths/settingsFile"_s);
+}
+
+QString VXSettingsStore::machineFile()
+{
+    // The first folder is the user's own, the others are the machine's.
+    const QStringList folders =
+        QStandardPaths::standardLocations(QStandardPaths::AppConfigLocation);
+    return folders.value(1, u"/etc/xdg"_s) + "/settings.ini"_L1;
+}
+
+QSettings& VXSettingsStore::user()
+{
+    if (!myUser) {
+        myUser = std::make_unique<QSettings>(userFile(), QSettings::IniFormat);
+        if (myUser->status() == QSettings::FormatError)
+            qWarning().noquote() << userFile() + ": a line is neither a section nor a value"_L1;
+    }
+    return *myUser;
+}
+
+QSettings& VXSettingsStore::machine()
+{
+    if (!myMachine)
+        myMachine = std::make_unique<QSettings>(machineFile(), QSettings::IniFormat);
+    return *myMachine;
+}
+
+QVariant VXSettingsStore::value(const QString& theKey, const QVariant& theDefault,
+                                bool theIsMachineWide)
+{
+    return (theIsMachineWide ? machine() : user()).value(theKey, theDefault);
+}
+
+bool VXSettingsStore::write(const QString& theKey, const QVariant& theValue, bool theIsMachineWide)
+{
+    if (!theIsMachineWide && !prepare(userFile()))
+        return false;
+    QSettings& settings = theIsMachineWide ? machine() : user();
+    if (!settings.isWritable())
+        return false;
+    settings.setValue(theKey, theValue);
+    myIsChanged = true;
+    return true;
+}
+
+bool VXSettingsStore::contains(const QString& theKey)
+{
+    return user().contains(theKey);
+}
+
+void VXSettingsStore::remove(const QString& theKey)
+{
+    user().remove(theKey);
+    myIsChanged = true;
+}
+
+void VXSettingsStore::close()
+{
+    flush();
+    myUser.reset();
+    myMachine.reset();
+}

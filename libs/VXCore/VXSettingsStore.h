@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QtCore/QRecursiveMutex>
+#include <QtCore/QSettings>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+
+#include <memory>
+
+/// The files behind all VXSettings of the process. Not exported: VXSettings is the way to it.
+///
+/// Everything but lock() is called by the thread that holds the lock.
+class VXSettingsStore
+{
+    Q_DISABLE_COPY_MOVE(VXSettingsStore)
+
+public:
+    /// The one store. Never destroyed, so static objects may still use it.
+    [[nodiscard]] static VXSettingsStore& instance();
+
+    void lock();
+
+    /// Writes the changes to the file when this is the outermost lock.
+    void unlock();
+
+    /// Writes the changes to the files. False, with a warning, when that failed.
+    bool flush();
+
+    [[nodiscard]] QVariant value(const QString& theKey, const QVariant& theDefault,
+                                 bool theIsMachineWide);
+    bool write(const QString& theKey, const QVariant& theValue, bool theIsMachineWide);
+    [[nodiscard]] bool contains(const QString& theKey);
+    void remove(const QString& theKey);
+
+    /// Forgets the open files; the next access opens those that are configured then.
+    void close();
+
+    /// Whether the outermost lock is the only one.
+    [[nodiscard]] bool isOutermost() const { return myDepth == 1; }
+
+    [[nodiscard]] static QString userFile();
+    [[nodiscard]] static QString machineFile();
+
+private:
+    VXSettingsStore() = default;
+
+    QSettings& user();
+    QSettings& machine();
+
+    QRecursiveMutex myMutex;
+    int myDepth = 0;
+    bool myIsChanged = false;
+    std::unique_ptr<QSettings> myUser;    // null until used
+    std::unique_ptr<QSettings> myMachine; // null until used
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "VXCoreExport.h"
+
+#include <QtCore/QString>
+
+/// Operations on texts.
+class VXCORE_EXPORT VXStringHelper
+{
+public:
+    VXStringHelper() = delete;
+
+    /// The text with "***" in place of the values of these names: password, pwd, client_secret,
+    /// refresh_token, access_token, token, code, Authorization, and those that the deployment adds
+    /// ("Log/maskedNames"). Upper and lower case are the same.
+    ///
+    /// Knows the forms name=value (up to "&", a quotation mark, "<" or the end of the line),
+    /// name="value", "name":"value", <name>value</name> and the header line
+    /// "Authorization: value". In doubt it masks too much. The effort grows with the length of the
+    /// text only, whatever it holds. Thread-safe.
+    [[nodiscard]] static QString hidePasswords(const QString& theText);
+};
