@@ -1,0 +1,423 @@
+#include "VXHttpOperation.h"
+
+#include "VXNetworkAccessManager.h"
+#include "VXUploadFile.h"
+
+#include <VXCore/VXLogger.h>
+#include <VXCore/VXPlatformIndependent.h>
+#include <VXCore/VXStringHelper.h>
+
+#include <QtCore/QDebug>
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QTemporaryFile>
+#include <QtCore/QUrlQuery>
+#include <QtNetwork/QHttpPart>
+#include <QtNetwork/QNetworkReply>
+#include <QtXml/QDomDocument>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int downloadTimeout = 3600; // seconds
+
+/// RFC 9110, 5.6.7, writes GMT; Qt's parser of RFC 2822 dates wants a numeric zone.
+QDateTime parseDate(const QByteArray& theHeader)
+{
+    static constexpr std::array zones{"GMT"_L1, "UTC"_L1, "UT"_L1, "Z"_L1};
+    QString text = QString::fromLatin1(theHeader).trimmed();
+    for (const QLatin1StringView zone : zones) {
+        if (text.endsWith(zone)) {
+            text = text.chopped(zone.size()).trimmed() + " +0000"_L1;
+            break;
+        }
+    }
+    return QDateTime::fromString(text, Qt::RFC2822Date);
+}
+
+/// The whole body into a buffer of its size. An aborted reply is closed: nothing to read.
+QByteArray readBody(QNetworkReply& theReply)
+{
+    if (!theReply.isOpen())
+        return {};
+    QByteArray body(theReply.bytesAvailable(), Qt::Uninitialized);
+    const qint64 size = theReply.read(body.data(), body.size());
+    body.truncate(qMax(qint64(0), size));
+    return body;
+}
+
+bool writeAll(QFileDevice& theFile, const QByteArray& theBytes)
+{
+    return theFile.write(theBytes) == theBytes.size() && theFile.flush();
+}
+
+/// A part that says which field it is. A value that would begin a new header line is left out.
+QHttpPart formPart(const QString& theDisposition)
+{
+    QHttpPart part;
+    const bool breaksHeader = theDisposition.contains(u'\r') || theDisposition.contains(u'\n') ||
+                              theDisposition.contains(QChar(u'\0'));
+    if (breaksHeader)
+        qWarning() << "-- Header dropped, a line break or NUL is in it: Content-Disposition";
+    else
+        part.setHeader(QNetworkRequest::ContentDispositionHeader, theDisposition);
+    return part;
+}
+
+QHttpPart filePart(const QString& theName, const QString& theFileName, const QString& theMimeType)
+{
+    QHttpPart part =
+        formPart(u"form-data; name=\"%1\"; filename=\"%2\""_s.arg(theName, theFileName));
+    if (!theMimeType.isEmpty()) // Qt complains about an empty one, and sends none
+        part.setHeader(QNetworkRequest::ContentTypeHeader, theMimeType);
+    return part;
+}
+
+} // namespace
+
+VXHttpOperation::VXHttpOperation(QNetworkAccessManager::Operation theOperation, const QUrl& theUrl,
+                                 const QByteArray& thePayload,
+                                 const VXHttpContentType& theContentType)
+    : myOperation(theOperation)
+    , myUrl(theUrl)
+    , myPayload(thePayload)
+    , myContentType(theContentType)
+{
+    qRegisterMetaType<VXHttpOperation>();
+}
+
+VXHttpOperation::VXHttpOperation(const VXHttpOperation& theOther)
+    : QObject()
+    , myOperation(theOther.myOperation)
+    , myUrl(theOther.myUrl)
+    , myPayload(theOther.myPayload)
+    , myContentType(theOther.myContentType)
+    , myTimeout(theOther.myTimeout)
+    , myProgressReceiver(theOther.myProgressReceiver)
+    , myProgressSlot(theOther.myProgressSlot)
+    , myHeaders(theOther.myHeaders)
+    , myError(theOther.myError)
+    , myHttpResponseCode(theOther.myHttpResponseCode)
+    , myCreated(theOther.myCreated)
+{
+}
+
+VXHttpOperation::~VXHttpOperation() = default;
+
+VXHttpOperation VXHttpOperation::create(const QUrl& theUrl, const QByteArray& thePayload,
+                                        const VXHttpContentType& theContentType,
+                                        QNetworkAccessManager::Operation theOperation)
+{
+    return VXHttpOperation(theOperation, theUrl, thePayload, theContentType);
+}
+
+VXHttpOperation VXHttpOperation::create(const QUrl& theUrl, const QJsonDocument& theDocument,
+                                        QNetworkAccessManager::Operation theOperation,
+                                        const VXHttpContentType& theContentType)
+{
+    return VXHttpOperation(theOperation, theUrl, theDocument.toJson(), theContentType);
+}
+
+VXHttpOperation VXHttpOperation::create(const QUrl& theUrl, const QJsonObject& theObject,
+                                        QNetworkAccessManager::Operation theOperation,
+                                        const VXHttpContentType& theContentType)
+{
+    return create(theUrl, QJsonDocument(theObject), theOperation, theContentType);
+}
+
+VXHttpOperation VXHttpOperation::create(const QUrl& theUrl, const QUrlQuery& theQuery,
+                                        QNetworkAccessManager::Operation theOperation)
+{
+    return VXHttpOperation(theOperation, theUrl, theQuery.toString(QUrl::FullyEncoded).toUtf8(),
+                           ContentFormUrlEncoded);
+}
+
+VXHttpOperation VXHttpOperation::create(const QUrl& theUrl,
+                                        QNetworkAccessManager::Operation theOperation)
+{
+    return VXHttpOperation(theOperation, theUrl, {}, ContentNone);
+}
+
+void VXHttpOperation::setHeader(const QString& theName, const QString& theValue)
+{
+    myHeaders.insert(theName, theValue);
+}
+
+void VXHttpOperation::setHeader(const VXHttpParameter& theHeaders)
+{
+    myHeaders = theHeaders;
+}
+
+void VXHttpOperation::setAuthorization(const QString& theValue)
+{
+    setHeader(u"Authorization"_s, theValue);
+}
+
+void VXHttpOperation::setTimeout(int theSeconds)
+{
+    myTimeout = theSeconds;
+}
+
+void VXHttpOperation::setProgressReceiver(QObject* theReceiver, const char* theSlot)
+{
+    myProgressReceiver = theReceiver;
+    myProgressSlot = theSlot;
+}
+
+bool VXHttpOperation::isKnownHeader(const QString& theName) const
+{
+    return theName.toLower() == "zel-request-id"_L1;
+}
+
+QByteArray VXHttpOperation::exec()
+{
+    const std::unique_ptr<QNetworkReply> reply(myMultiPart ? sendMultiPart() : sendPayload());
+    if (!reply) {
+        noteMissingReply();
+        return {};
+    }
+    myHttpResponseCode = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    QByteArray body = readBody(*reply);
+    if (reply->error() == QNetworkReply::NoError)
+        noteSuccess(*reply, body.size());
+    else
+        noteFailure(*reply, body);
+    return body;
+}
+
+bool VXHttpOperation::send()
+{
+    exec();
+    return !errorOccurred();
+}
+
+QNetworkReply* VXHttpOperation::sendPayload()
+{
+    return VXNetworkAccessManager::threadInstance()->syncronHttp(
+        myOperation, myUrl, myPayload, myContentType.encode(), myTimeout, myProgressReceiver,
+        myProgressSlot, this, myHeaders);
+}
+
+QNetworkReply* VXHttpOperation::sendMultiPart()
+{
+    QNetworkReply* const reply = VXNetworkAccessManager::threadInstance()->syncronHttp(
+        myOperation, myUrl, myMultiPart.get(), myTimeout, myProgressReceiver, myProgressSlot, this,
+        myHeaders);
+    if (reply && myMultiPart)
+        myMultiPart.release()->setParent(reply);
+    myMultiPart.reset();
+    return reply;
+}
+
+void VXHttpOperation::noteMissingReply()
+{
+    myError.raise(MultiPartSendFailed);
+    logError(u"NoReply"_s);
+}
+
+void VXHttpOperation::noteFailure(QNetworkReply& theReply, const QByteArray& theBody)
+{
+    myError = VXNetworkingError(theReply.error());
+
+    qInfo() << " method:" << VXNetworkAccessManager::threadInstance()->describe(myOperation);
+    debugRequestHeaders();
+    debugReplyHeaders(theReply);
+    qInfo() << " url: " << myUrl;
+    qInfo() << " body:" << VXStringHelper::hidePasswords(QString::fromUtf8(myPayload));
+    qInfo() << " http:" << myHttpResponseCode;
+    qInfo() << " answer:" << theBody;
+    qInfo() << " got: " << theReply.errorString();
+    logError(theReply.errorString());
+}
+
+void VXHttpOperation::noteSuccess(const QNetworkReply& theReply, qsizetype theBodySize)
+{
+    myError = VXNetworkingError();
+    if (theReply.hasRawHeader("Date"))
+        logRequest(theReply.rawHeader("Date"), theBodySize);
+}
+
+void VXHttpOperation::logError(const QString& theErrorText) const
+{
+    VXLogger::instance()->legacyLog(
+        u"TOV NETREQUEST ERROR:%1 URL:%2"_s.arg(theErrorText, myUrl.toString()), true);
+}
+
+void VXHttpOperation::logRequest(const QByteArray& theServerDate, qsizetype theBodySize) const
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    // Positive when the local clock is ahead; a date that cannot be read counts as 0.
+    const int offByMs = static_cast<int>(parseDate(theServerDate).msecsTo(now));
+    // The epoch is that of the local clock, whatever its name says: log readers rely on it.
+    VXLogger::instance()->legacyLog(
+        u"TOV NETREQUEST OFFBYMS:%1 BYTES:%2  DURATIONMS:%3 URL:%4 SERVEREPOCH:%5"_s.arg(
+            QString::number(offByMs), QString::number(theBodySize),
+            QString::number(myCreated.msecsTo(now)), myUrl.toString(),
+            QString::number(now.toSecsSinceEpoch())),
+        true);
+    VXLogger::instance()->addToOffSetTimes(offByMs);
+}
+
+void VXHttpOperation::debugRequestHeaders() const
+{
+    const QList<QString> names = myHeaders.keys();
+    qDebug() << " Header # elements:" << names.size();
+    for (const QString& name : names) {
+        if (isKnownHeader(name))
+            qDebug() << " Header" << name << myHeaders.value(name);
+    }
+}
+
+void VXHttpOperation::debugReplyHeaders(const QNetworkReply& theReply) const
+{
+    qDebug() << "Response Raw Header:";
+    for (const auto& [name, value] : theReply.rawHeaderPairs()) {
+        if (isKnownHeader(QString::fromLatin1(name)))
+            qDebug() << name << value;
+    }
+}
+
+QString VXHttpOperation::describeError() const
+{
+    if (!errorOccurred())
+        return {};
+    return myError.errorMessage() + u'\n' + myError.errorDetails();
+}
+
+QByteArray VXHttpOperation::receiveData()
+{
+    return exec();
+}
+
+QString VXHttpOperation::receiveString()
+{
+    return QString::fromUtf8(exec());
+}
+
+QJsonDocument VXHttpOperation::receiveJsonDocumentWithErrorBody()
+{
+    const QByteArray body = exec();
+    QJsonParseError parseError;
+    const QJsonDocument document = QJsonDocument::fromJson(body, &parseError);
+    if (!errorOccurred() && parseError.error != QJsonParseError::NoError)
+        myError.checkJsonError(QString::fromUtf8(body), parseError);
+    return document;
+}
+
+QJsonDocument VXHttpOperation::receiveJsonDocument()
+{
+    const QJsonDocument document = receiveJsonDocumentWithErrorBody();
+    return errorOccurred() ? QJsonDocument() : document;
+}
+
+QJsonObject VXHttpOperation::receiveJsonObject()
+{
+    return receiveJsonDocument().object();
+}
+
+QJsonObject VXHttpOperation::receiveJsonObjectWithErrorBody()
+{
+    return receiveJsonDocumentWithErrorBody().object();
+}
+
+QDomDocument VXHttpOperation::receiveXml()
+{
+    const QByteArray body = exec();
+    if (errorOccurred())
+        return {};
+    QDomDocument document;
+    QString message;
+    int line = 0;
+    int column = 0;
+    if (!document.setContent(body, &message, &line, &column))
+        myError.checkDomError(QString::fromUtf8(body), message, line, column);
+    // After a failure the document still holds what was read before it.
+    return errorOccurred() ? QDomDocument() : document;
+}
+
+bool VXHttpOperation::downloadToFile(const QFileInfo& theFile)
+{
+    const QByteArray body = exec();
+    if (errorOccurred())
+        return false;
+    QFile file(theFile.absoluteFilePath());
+    const bool isOpen = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    if (isOpen && !body.isEmpty() && writeAll(file, body))
+        return true;
+    noteWriteFailure(theFile, body.isEmpty() && isOpen ? u"empty answer"_s : file.errorString());
+    return false;
+}
+
+void VXHttpOperation::noteWriteFailure(const QFileInfo& theFile, const QString& theReason)
+{
+    qWarning().noquote() << u"Writing the file \"%1\" failed: %2"_s.arg(theFile.absoluteFilePath(),
+                                                                        theReason);
+    myError.checkFileError(theFile);
+    VXPlatformIndependent::instance()->fileWriteFailed(theFile);
+}
+
+QTemporaryFile* VXHttpOperation::downloadToTemporaryFile()
+{
+    const QByteArray body = exec();
+    if (errorOccurred())
+        return nullptr;
+    auto file = std::make_unique<QTemporaryFile>(QDir::tempPath() + u"/TOV_TEMPORARY_DOWNLOAD"_s);
+    if (!file->open() || !writeAll(*file, body)) {
+        noteWriteFailure(QFileInfo(file->fileName()), file->errorString());
+        return nullptr;
+    }
+    file->close();
+    return file.release();
+}
+
+QTemporaryFile* VXHttpOperation::downloadToTemporaryFile(const QUrl& theUrl)
+{
+    VXHttpOperation operation = create(theUrl, QNetworkAccessManager::GetOperation);
+    operation.setTimeout(downloadTimeout);
+    QTemporaryFile* const file = operation.downloadToTemporaryFile();
+    if (!file)
+        qWarning().noquote() << u" file \"%1\" failed"_s.arg(theUrl.toString());
+    return file;
+}
+
+QHttpMultiPart* VXHttpOperation::createMultiPartBasic(const VXHttpParameter& theFields)
+{
+    auto multiPart = std::make_unique<QHttpMultiPart>(QHttpMultiPart::FormDataType);
+    for (const QString& name : theFields.keys()) {
+        QHttpPart part = formPart(u"form-data; name=\"%1\""_s.arg(name));
+        part.setBody(theFields.value(name).toUtf8());
+        multiPart->append(part);
+    }
+    return multiPart.release();
+}
+
+bool VXHttpOperation::createMultiPart(const QByteArray& theData, const QString& theName,
+                                      const QString& theFileName, const QString& theMimeType,
+                                      const VXHttpParameter& theFields)
+{
+    myMultiPart.reset(createMultiPartBasic(theFields));
+    QHttpPart part = filePart(theName, theFileName, theMimeType);
+    part.setBody(theData);
+    myMultiPart->append(part);
+    return true;
+}
+
+bool VXHttpOperation::createMultiPart(const VXUploadFile& theFile, const VXHttpParameter& theFields)
+{
+    myMultiPart.reset();
+    auto device = std::make_unique<QFile>(theFile.file());
+    if (!device->open(QIODevice::ReadOnly))
+        return false;
+    myMultiPart.reset(createMultiPartBasic(theFields));
+    QHttpPart part =
+        filePart(theFile.type(), QFileInfo(theFile.file()).fileName(), theFile.mimeType());
+    part.setBodyDevice(device.get());
+    device.release()->setParent(myMultiPart.get()); // closed and freed with it
+    myMultiPart->append(part);
+    return true;
+}

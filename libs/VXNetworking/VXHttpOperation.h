@@ -1,0 +1,147 @@
+#pragma once
+
+#include "VXHttpContentType.h"
+#include "VXHttpParameter.h"
+#include "VXNetworkingError.h"
+#include "VXNetworkingExport.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QDateTime>
+#include <QtCore/QMetaType>
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
+#include <QtCore/QUrl>
+#include <QtNetwork/QHttpMultiPart>
+#include <QtNetwork/QNetworkAccessManager>
+
+#include <memory>
+
+class QDomDocument;
+class QFileInfo;
+class QJsonDocument;
+class QJsonObject;
+class QTemporaryFile;
+class QUrlQuery;
+class VXUploadFile;
+
+/// One HTTP exchange: configured, executed in the calling thread, which blocks meanwhile, and then
+/// read. Executing it again sends again and overwrites the outcome.
+///
+/// The outcome is errorStatus() and httpResponseCode(). Each exchange is logged; a time-out ends
+/// as code 3505. Use it in one thread; only the signal abort() may be emitted from any other.
+class VXNETWORKING_EXPORT VXHttpOperation : public QObject
+{
+    Q_OBJECT
+
+public:
+    VXHttpOperation(QNetworkAccessManager::Operation theOperation, const QUrl& theUrl,
+                    const QByteArray& thePayload, const VXHttpContentType& theContentType);
+    /// Everything but a multipart body that was not sent yet: that stays with the original.
+    VXHttpOperation(const VXHttpOperation& theOther);
+    VXHttpOperation& operator=(const VXHttpOperation&) = delete;
+    ~VXHttpOperation() override;
+
+    static VXHttpOperation create(const QUrl& theUrl, const QByteArray& thePayload,
+                                  const VXHttpContentType& theContentType,
+                                  QNetworkAccessManager::Operation theOperation);
+    /// The payload is indented JSON text.
+    static VXHttpOperation create(const QUrl& theUrl, const QJsonDocument& theDocument,
+                                  QNetworkAccessManager::Operation theOperation,
+                                  const VXHttpContentType& theContentType);
+    static VXHttpOperation create(const QUrl& theUrl, const QJsonObject& theObject,
+                                  QNetworkAccessManager::Operation theOperation,
+                                  const VXHttpContentType& theContentType);
+    /// The payload is the fully encoded query, as a form.
+    static VXHttpOperation create(const QUrl& theUrl, const QUrlQuery& theQuery,
+                                  QNetworkAccessManager::Operation theOperation);
+    static VXHttpOperation create(const QUrl& theUrl,
+                                  QNetworkAccessManager::Operation theOperation);
+
+    void setHeader(const QString& theName, const QString& theValue);
+    /// Replaces every header that was set before.
+    void setHeader(const VXHttpParameter& theHeaders);
+    /// The complete value of "Authorization", for example a scheme and a token (RFC 9110, 11.6.2).
+    void setAuthorization(const QString& theValue);
+    /// Seconds, 120 by default; 0 aborts at once, negative = no limit.
+    void setTimeout(int theSeconds);
+    /// theSlot is a SLOT() with (qint64,qint64). It is called, queued, with the upload progress of
+    /// PUT and POST and with the download progress of the others.
+    void setProgressReceiver(QObject* theReceiver, const char* theSlot);
+
+    /// Whether the debug output may show a header of that name (any case).
+    [[nodiscard]] bool isKnownHeader(const QString& theName) const;
+
+    /// Sends and waits. Returns the body, also that of a failed exchange.
+    QByteArray exec();
+    /// exec(); true when no error occurred.
+    bool send();
+    /// The sending halves of exec(): block until the reply has finished. The caller owns it; null
+    /// when the operation cannot be sent that way.
+    QNetworkReply* sendPayload();
+    QNetworkReply* sendMultiPart();
+
+    [[nodiscard]] VXNetworkingError errorStatus() const { return myError; }
+    [[nodiscard]] bool errorOccurred() const { return myError.errorOccurred(); }
+    /// The status of the last answer; 0 when there was none.
+    [[nodiscard]] int httpResponseCode() const { return myHttpResponseCode; }
+    /// Message and details, one below the other; empty when no error occurred.
+    [[nodiscard]] QString describeError() const;
+
+    /// These execute and convert the body; what cannot be converted becomes an error.
+    QByteArray receiveData();
+    QString receiveString(); // UTF-8
+    /// Empty when an error occurred.
+    QJsonDocument receiveJsonDocument();
+    /// Also the body of a failed exchange.
+    QJsonDocument receiveJsonDocumentWithErrorBody();
+    QJsonObject receiveJsonObject();
+    QJsonObject receiveJsonObjectWithErrorBody();
+    /// Null when an error occurred.
+    QDomDocument receiveXml();
+    /// Writes the body to the file; true when every byte of a body that is not empty arrived there.
+    /// A failure to write is reported as VXNetworkingError::checkFileError() finds it.
+    bool downloadToFile(const QFileInfo& theFile);
+    /// A file that holds the body, closed, the caller's; it vanishes with the object. Null when an
+    /// error occurred.
+    QTemporaryFile* downloadToTemporaryFile();
+    /// GET with a time-out of one hour.
+    static QTemporaryFile* downloadToTemporaryFile(const QUrl& theUrl);
+
+    /// Form-data with one part per field, in the order of the names. The caller owns it.
+    QHttpMultiPart* createMultiPartBasic(const VXHttpParameter& theFields);
+    /// From now on the body is the fields and then theData as a file part. Always true.
+    bool createMultiPart(const QByteArray& theData, const QString& theName,
+                         const QString& theFileName, const QString& theMimeType,
+                         const VXHttpParameter& theFields);
+    /// The same with a file on disk, which is read while it is sent. False when it cannot be read.
+    bool createMultiPart(const VXUploadFile& theFile, const VXHttpParameter& theFields);
+
+Q_SIGNALS:
+    /// Emit it, from any thread, to abort the running request.
+    void abort();
+
+private:
+    void noteMissingReply();
+    void noteFailure(QNetworkReply& theReply, const QByteArray& theBody);
+    void noteSuccess(const QNetworkReply& theReply, qsizetype theBodySize);
+    void logError(const QString& theErrorText) const;
+    void logRequest(const QByteArray& theServerDate, qsizetype theBodySize) const;
+    void debugRequestHeaders() const;
+    void debugReplyHeaders(const QNetworkReply& theReply) const;
+    void noteWriteFailure(const QFileInfo& theFile, const QString& theReason);
+
+    QNetworkAccessManager::Operation myOperation;
+    QUrl myUrl;
+    QByteArray myPayload;
+    VXHttpContentType myContentType;
+    int myTimeout = 120; // seconds
+    QPointer<QObject> myProgressReceiver;
+    const char* myProgressSlot = nullptr;
+    VXHttpParameter myHeaders;
+    VXNetworkingError myError;
+    int myHttpResponseCode = 0;
+    std::unique_ptr<QHttpMultiPart> myMultiPart; // goes to the reply when it is sent
+    QDateTime myCreated = QDateTime::currentDateTime();
+};
+
+Q_DECLARE_METATYPE(VXHttpOperation)

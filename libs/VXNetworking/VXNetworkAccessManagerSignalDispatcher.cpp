@@ -1,0 +1,45 @@
+#include "VXNetworkAccessManagerSignalDispatcher.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QThread>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto endingPatience = 2s;
+
+} // namespace
+
+std::atomic<int> VXNetworkAccessManagerSignalDispatcher::ourOpenQuestions = 0;
+std::atomic<bool> VXNetworkAccessManagerSignalDispatcher::ourIsEnding = false;
+
+VXNetworkAccessManagerSignalDispatcher::VXNetworkAccessManagerSignalDispatcher()
+{
+    Q_ASSERT_X(qApp, Q_FUNC_INFO, "needs an application object");
+    if (!qApp)
+        return;
+    moveToThread(qApp->thread());
+    connect(qApp, &QCoreApplication::aboutToQuit, this,
+            &VXNetworkAccessManagerSignalDispatcher::declineOpenQuestions);
+}
+
+VXNetworkAccessManagerSignalDispatcher::~VXNetworkAccessManagerSignalDispatcher() = default;
+
+void VXNetworkAccessManagerSignalDispatcher::declineOpenQuestions()
+{
+    ourIsEnding = true;
+    // Removing a blocking queued call wakes the thread that waits for it. A worker that was just
+    // about to ask has counted itself already, so its call is on the way.
+    const QDeadlineTimer patience(endingPatience); // others may hold a worker up, too
+    while (ourOpenQuestions > 0 && !patience.hasExpired()) {
+        QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+        QThread::msleep(1);
+    }
+    // An application may run its event loop again: then questions are welcome again.
+    QMetaObject::invokeMethod(
+        this, [] { ourIsEnding = false; }, Qt::QueuedConnection);
+}
