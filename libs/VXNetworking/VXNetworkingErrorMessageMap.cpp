@@ -1,7 +1,11 @@
 #include "VXNetworkingErrorMessageMap.h"
 
+#include <VXCore/VXKeyAccount.h>
+
+#include <QtCore/QBuffer>
 #include <QtCore/QMutexLocker>
 #include <QtCore/QStringList>
+#include <QtGui/QImage>
 
 #include <algorithm>
 #include <array>
@@ -373,6 +377,20 @@ QString VXNetworkingErrorMessageMap::message(VXNetworkingErrorCode theCode) cons
     return myMessageMap.value(theCode);
 }
 
+void VXNetworkingErrorMessageMap::updateInvalidLoginMessage(const QString& thePartnerName,
+                                                            const QImage& theLogo) const
+{
+    initMap(); // a table with this one entry would count as filled
+    myMessageMap.insert(InvalidLogin, invalidLoginMessage(thePartnerName, theLogo));
+}
+
+QString VXNetworkingErrorMessageMap::toBase64DataURL(const QImage& theImage) const
+{
+    QBuffer buffer;
+    theImage.save(&buffer, "PNG");
+    return u"data:image/PNG;base64,%1"_s.arg(QString::fromLatin1(buffer.data().toBase64()));
+}
+
 QString VXNetworkingErrorMessageMap::messagesDump() const
 {
     initMap();
@@ -411,6 +429,20 @@ QMap<VXNetworkingErrorCode, QString> VXNetworkingErrorMessageMap::filledMap()
     map.insert(ShoppingCartProgramError2, map.value(ShoppingCartProgramError));
     map.insert(ServicesBusyRetryLater, map.value(ServicesFullyLoaded));
     return map;
+}
+
+QString VXNetworkingErrorMessageMap::invalidLoginMessage(const QString& thePartnerName,
+                                                         const QImage& theLogo) const
+{
+    if (theLogo.isNull() || !VXKeyAccount::instance()->isGeneric())
+        return plainLoginMessage();
+    return tr("<style>.nobr {white-space: nowrap}</style>Sie konnten sich nicht "
+              "anmelden.<p>Mögliche Lösungen:<ul><li>Haben Sie sich beim Login und Passwort "
+              "vertippt?</li><li>Nutzen Sie die 'Passwort vergessen'-Funktion</li><li>Bitte "
+              "beachten Sie, dass Ihre Anmeldedaten bei anderen Handelspartnern nicht verwendet "
+              "werden können.<br><p class=nobr>%1 <img src=\"%2\" alt=\"Logo\" "
+              "style=\"vertical-align:top\"/></p></li></ul>")
+        .arg(thePartnerName, toBase64DataURL(theLogo));
 }
 
 QString VXNetworkingErrorMessageMap::plainLoginMessage()

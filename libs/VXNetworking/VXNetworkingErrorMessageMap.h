@@ -9,6 +9,8 @@
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
+class QImage;
+
 /// The user's text for each error code. All instances share one table, so an instance is cheap.
 ///
 /// The table is filled at the first look-up, in the language that is active then, and never again.
@@ -26,6 +28,16 @@ public:
     /// Placeholders ("%1" of TooManyDiscountCoupons, "%2" of ServicesFullyLoaded) stay as they are.
     [[nodiscard]] QString message(VXNetworkingErrorCode theCode) const;
 
+    /// Replaces the text of InvalidLogin: with the name and picture of a retail partner when the
+    /// application is the generic one and theLogo is not null, else with the plain text. The text
+    /// of InvalidLogin2 stays plain. thePartnerName is HTML.
+    ///
+    /// Call it in the main thread while no other thread looks anything up.
+    void updateInvalidLoginMessage(const QString& thePartnerName, const QImage& theLogo) const;
+
+    /// theImage as an inline PNG, for the "src" of an HTML image. A null image has no bytes.
+    [[nodiscard]] QString toBase64DataURL(const QImage& theImage) const;
+
     /// The whole table in ascending order of the codes, for diagnostics.
     [[nodiscard]] QString messagesDump() const;
 
@@ -35,8 +47,10 @@ public:
 private:
     static QMap<VXNetworkingErrorCode, QString> filledMap();
     static QString plainLoginMessage();
+    [[nodiscard]] QString invalidLoginMessage(const QString& thePartnerName,
+                                              const QImage& theLogo) const;
 
-    static QMap<VXNetworkingErrorCode, QString> myMessageMap; // written under myInitMutex
+    static QMap<VXNetworkingErrorCode, QString> myMessageMap; // filled under myInitMutex
     static QMutex myInitMutex;
     static QAtomicInt ourIsFilled; // publishes the complete myMessageMap
 };

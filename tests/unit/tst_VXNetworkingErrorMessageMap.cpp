@@ -3,9 +3,12 @@
 #include "VXProbe.h"
 #include "VXTestMain.h"
 
+#include <VXCore/VXKeyAccount.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QSemaphore>
 #include <QtCore/QTranslator>
+#include <QtGui/QImage>
 
 #include <algorithm>
 #include <array>
@@ -258,6 +261,33 @@ int raceForTheFirstLookUp()
     return 0;
 }
 
+QImage twoRedPixels()
+{
+    QImage image(2, 1, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return image;
+}
+
+QString plainLoginText()
+{
+    return QString::fromUtf8(
+        "Sie konnten sich nicht anmelden.<p>Mögliche Lösungen:<ul><li>Haben Sie sich beim Login "
+        "und Passwort vertippt?</li><li>Nutzen Sie die 'Passwort vergessen'-Funktion</li></ul>");
+}
+
+/// The partner's text is installed before anything was looked up.
+int updateBeforeTheFirstLookUp()
+{
+    VXKeyAccount::instance()->setGeneric(true);
+    const VXNetworkingErrorMessageMap map;
+    map.updateInvalidLoginMessage(u"Partner"_s, twoRedPixels());
+    VXProbe::print(messageOf(2).contains(u"Partner"_s) ? u"true"_s : u"false"_s);
+    VXProbe::print(messageOf(0));
+    VXProbe::print(messageOf(50));
+    VXProbe::print(QString::number(map.messagesDump().count(u"Code: "_s)));
+    return 0;
+}
+
 /// Lets the others look up while the table is half filled.
 class HalfwayTranslator : public QTranslator
 {
@@ -330,16 +360,30 @@ class tst_VXNetworkingErrorMessageMap : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init();
     void codesHaveTheirTexts_data();
     void codesHaveTheirTexts();
     void otherCodesHaveNone();
     void cancellingIsShownAsATimeout();
     void theDumpListsAllInAscendingOrder();
+    void imagesBecomeInlinePngs();
+    void aNullImageHasNoBytes();
+    void theGenericAccountShowsThePartner();
+    void thePartnersNameIsNotExpandedAgain();
+    void theCopyOfTheLoginTextStaysPlain();
+    void aNullImageMakesTheTextPlain();
+    void anotherAccountMakesTheTextPlain();
+    void updatingFillsTheTableFirst();
     void theLanguageOfTheFirstLookUpStays();
     void aLaterLanguageChangesNothing();
     void threadsMayRaceForTheFirstLookUp();
     void aHalfFilledTableIsNeverSeen();
 };
+
+void tst_VXNetworkingErrorMessageMap::init()
+{
+    VXNetworkingErrorMessageMap().updateInvalidLoginMessage(QString(), QImage());
+}
 
 void tst_VXNetworkingErrorMessageMap::codesHaveTheirTexts_data()
 {
@@ -385,6 +429,85 @@ void tst_VXNetworkingErrorMessageMap::theDumpListsAllInAscendingOrder()
     QCOMPARE(dump.split(u"\n\n"_s), lines);
 }
 
+void tst_VXNetworkingErrorMessageMap::imagesBecomeInlinePngs()
+{
+    const QString url = VXNetworkingErrorMessageMap().toBase64DataURL(twoRedPixels());
+    const QString prefix = u"data:image/PNG;base64,"_s;
+    QVERIFY2(url.startsWith(prefix), qPrintable(url));
+
+    const auto decoded = QByteArray::fromBase64Encoding(url.mid(prefix.size()).toLatin1(),
+                                                        QByteArray::AbortOnBase64DecodingErrors);
+    QVERIFY(decoded);
+    QVERIFY((*decoded).startsWith("\x89PNG\r\n\x1A\n"));
+    QCOMPARE(QImage::fromData(*decoded, "PNG").convertToFormat(QImage::Format_RGB32),
+             twoRedPixels());
+    QCOMPARE(url.size() - prefix.size(), ((*decoded).size() + 2) / 3 * 4); // padded
+}
+
+void tst_VXNetworkingErrorMessageMap::aNullImageHasNoBytes()
+{
+    QCOMPARE(VXNetworkingErrorMessageMap().toBase64DataURL(QImage()), u"data:image/PNG;base64,"_s);
+}
+
+void tst_VXNetworkingErrorMessageMap::theGenericAccountShowsThePartner()
+{
+    VXKeyAccount::instance()->setGeneric(true);
+    const VXNetworkingErrorMessageMap map;
+    map.updateInvalidLoginMessage(u"Foto <b>Müller</b>"_s, twoRedPixels());
+    QCOMPARE(messageOf(2),
+             QString::fromUtf8(
+                 "<style>.nobr {white-space: nowrap}</style>Sie konnten sich nicht "
+                 "anmelden.<p>Mögliche Lösungen:<ul><li>Haben Sie sich beim Login und Passwort "
+                 "vertippt?</li><li>Nutzen Sie die 'Passwort vergessen'-Funktion</li><li>Bitte "
+                 "beachten Sie, dass Ihre Anmeldedaten bei anderen Handelspartnern nicht verwendet "
+                 "werden können.<br><p class=nobr>Foto <b>Müller</b> <img src=\"") +
+                 map.toBase64DataURL(twoRedPixels()) +
+                 QString::fromUtf8("\" alt=\"Logo\" style=\"vertical-align:top\"/></p></li></ul>"));
+}
+
+void tst_VXNetworkingErrorMessageMap::thePartnersNameIsNotExpandedAgain()
+{
+    VXKeyAccount::instance()->setGeneric(true);
+    VXNetworkingErrorMessageMap().updateInvalidLoginMessage(u"A %2 B %1"_s, twoRedPixels());
+    const QString text = messageOf(2);
+    QVERIFY2(text.contains(u"<p class=nobr>A %2 B %1 <img src=\"data:image/PNG;base64,"_s),
+             qPrintable(text));
+    QCOMPARE(text.count(u"data:image/PNG"_s), 1);
+}
+
+void tst_VXNetworkingErrorMessageMap::theCopyOfTheLoginTextStaysPlain()
+{
+    VXKeyAccount::instance()->setGeneric(true);
+    VXNetworkingErrorMessageMap().updateInvalidLoginMessage(u"Partner"_s, twoRedPixels());
+    QVERIFY(messageOf(2).contains(u"Partner"_s));
+    QCOMPARE(messageOf(50), plainLoginText());
+}
+
+void tst_VXNetworkingErrorMessageMap::aNullImageMakesTheTextPlain()
+{
+    VXKeyAccount::instance()->setGeneric(true);
+    const VXNetworkingErrorMessageMap map;
+    map.updateInvalidLoginMessage(u"Partner"_s, twoRedPixels());
+    map.updateInvalidLoginMessage(u"Partner"_s, QImage());
+    QCOMPARE(messageOf(2), plainLoginText());
+}
+
+void tst_VXNetworkingErrorMessageMap::anotherAccountMakesTheTextPlain()
+{
+    VXKeyAccount::instance()->setGeneric(true);
+    const VXNetworkingErrorMessageMap map;
+    map.updateInvalidLoginMessage(u"Partner"_s, twoRedPixels());
+    VXKeyAccount::instance()->setGeneric(false);
+    map.updateInvalidLoginMessage(u"Partner"_s, twoRedPixels());
+    QCOMPARE(messageOf(2), plainLoginText());
+}
+
+void tst_VXNetworkingErrorMessageMap::updatingFillsTheTableFirst()
+{
+    QCOMPARE(VXProbe::run(u"update"_s),
+             (QStringList{u"true"_s, u"Kein Fehler."_s, plainLoginText(), u"110"_s}));
+}
+
 void tst_VXNetworkingErrorMessageMap::theLanguageOfTheFirstLookUpStays()
 {
     const QString context = u"[VXNetworkingErrorMessageMap]"_s;
@@ -426,6 +549,7 @@ void tst_VXNetworkingErrorMessageMap::aHalfFilledTableIsNeverSeen()
 
 VX_PROBE_TEST_MAIN(QCoreApplication, tst_VXNetworkingErrorMessageMap,
                    {u"halfway"_s, &lookUpWhileTheTableFills}, {u"race"_s, &raceForTheFirstLookUp},
-                   {u"translate"_s, &translateTheFirstLookUp})
+                   {u"translate"_s, &translateTheFirstLookUp},
+                   {u"update"_s, &updateBeforeTheFirstLookUp})
 
 #include "tst_VXNetworkingErrorMessageMap.moc"
