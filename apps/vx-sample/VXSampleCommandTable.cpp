@@ -1,6 +1,12 @@
 #include "VXSampleCommandTable.h"
 
+#include "VXSampleConfigCommand.h"
+#include "VXSampleDownloadCommand.h"
 #include "VXSampleMessageCommand.h"
+#include "VXSampleOrderCommand.h"
+#include "VXSampleProbeCommand.h"
+#include "VXSampleRequestCommand.h"
+#include "VXSampleUploadCommand.h"
 
 #include <algorithm>
 #include <array>
@@ -19,6 +25,24 @@ using Application = VXSampleApplication;
 using Duration = VXSampleDuration;
 
 constexpr std::array commands{
+    VXSampleCommandRow{"request"_L1, "METHOD URL"_L1,
+                       "Do one HTTP exchange. A URL that begins with / means the simulator."_L1,
+                       "request POST /echo --json -d '{\"photo\":1}'"_L1, 2, 2, Application::Core,
+                       Duration::Finite, make<VXSampleRequestCommand>},
+    VXSampleCommandRow{"order"_L1, "NAME"_L1,
+                       "Do one exchange of the XML order protocol with the simulator."_L1,
+                       "order cart --errorcode 70 --coupon X1 --wait 5"_L1, 1, 1, Application::Core,
+                       Duration::Finite, make<VXSampleOrderCommand>},
+    VXSampleCommandRow{"download"_L1, "URL"_L1, "Download into a file, with progress."_L1,
+                       "download /bytes/1000000?seed=7 --to photo.bin"_L1, 1, 1, Application::Core,
+                       Duration::Finite, make<VXSampleDownloadCommand>},
+    VXSampleCommandRow{"upload"_L1, "URL FILE..."_L1,
+                       "Upload each file in a multipart form, with progress."_L1,
+                       "upload /multipart photo.bin --field album=Sommer"_L1, 2, -1,
+                       Application::Core, Duration::Finite, make<VXSampleUploadCommand>},
+    VXSampleCommandRow{"probe"_L1, "URL"_L1, "Ask whether a server answers."_L1,
+                       "probe http://127.0.0.1:8080/"_L1, 1, 1, Application::Core, Duration::Finite,
+                       make<VXSampleProbeCommand>},
     VXSampleCommandRow{"message"_L1, "CODE..."_L1,
                        "Show severity, German text and details of error codes."_L1,
                        "message 70 3503 20017"_L1, 1, -1, Application::Core, Duration::Finite,
@@ -26,6 +50,9 @@ constexpr std::array commands{
     VXSampleCommandRow{"messages"_L1, ""_L1, "Show the whole table of error texts."_L1,
                        "messages"_L1, 0, 0, Application::Core, Duration::Finite,
                        make<VXSampleMessageCommand>},
+    VXSampleCommandRow{
+        "config"_L1, "show"_L1, "Show the deployment configuration and where it comes from."_L1,
+        "config show"_L1, 1, 1, Application::Core, Duration::Finite, make<VXSampleConfigCommand>},
 };
 
 } // namespace

@@ -55,6 +55,32 @@ VXSampleOptions VXSampleOptions::fromParser(const QCommandLineParser& theParser)
     return options;
 }
 
+QList<QPair<QString, QString>> VXSampleOptions::deploymentValues() const
+{
+    QList<QPair<QString, QString>> values{
+        {u"Paths/settingsFile"_s, settings},
+        {u"Paths/temporaryDirectory"_s, temp},
+        {u"Paths/logFolder"_s, logDir},
+        {u"Program/language"_s, language},
+        {u"Platform/urlOpener"_s, opener},
+        {u"Program/masterMode"_s, master ? u"true"_s : QString()},
+    };
+    if (programId)
+        values << qMakePair(u"Program/id"_s, QString::number(*programId));
+    if (!assets.isEmpty()) {
+        values << qMakePair(u"Assets/bookProposals"_s, assets + u"/bookproposals"_s)
+               << qMakePair(u"Assets/html"_s, assets + u"/html"_s)
+               << qMakePair(u"Assets/icons"_s, assets + u"/icons"_s)
+               << qMakePair(u"Assets/oAuthSupport"_s, assets + u"/oauth"_s)
+               << qMakePair(u"Assets/qrUpload"_s, assets + u"/qrupload"_s)
+               << qMakePair(u"Assets/skin"_s, assets + u"/skin.qss"_s)
+               << qMakePair(u"Assets/startScreen"_s, assets + u"/startscreen/html"_s);
+    }
+    values.removeIf(
+        [](const QPair<QString, QString>& theValue) { return theValue.second.isEmpty(); });
+    return values;
+}
+
 /// Keeps the first complaint only: the later ones often follow from it.
 void VXSampleOptions::refuse(const QString& theText)
 {

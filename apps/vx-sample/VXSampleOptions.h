@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QList>
+#include <QtCore/QPair>
 #include <QtCore/QString>
 
 #include <optional>
@@ -19,6 +21,9 @@ public:
 
     /// Empty when every option was understood.
     [[nodiscard]] QString errorText() const { return myErrorText; }
+
+    /// The deployment values that the options mean: key and value.
+    [[nodiscard]] QList<QPair<QString, QString>> deploymentValues() const;
 
     QString config;    ///< deployment file, later than the default ones
     QString settings;  ///< settings store (INI file)

@@ -1,16 +1,24 @@
 #include "VXSampleProgram.h"
 
+#include "VXSampleAnswers.h"
 #include "VXSampleCommand.h"
 #include "VXSampleCommandTable.h"
 #include "VXSampleContext.h"
 #include "VXSampleHelp.h"
+#include "VXSampleSimulator.h"
+
+#include <VXCore/VXDeploymentConfig.h>
+#include <VXCore/VXLogger.h>
 
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -39,6 +47,24 @@ QStringList withoutQtOptions(QStringList theArguments)
     return theArguments;
 }
 
+/// Information is for the log file; people see warnings and worse.
+void showWarnings(QtMsgType theType, const QMessageLogContext& theContext,
+                  const QString& theMessage)
+{
+    if (theType == QtDebugMsg || theType == QtInfoMsg)
+        return;
+    const QByteArray line = qFormatLogMessage(theType, theContext, theMessage).toLocal8Bit();
+    std::fprintf(stderr, "%s\n", line.constData());
+}
+
+/// The deployment file of a program that was built but not installed; empty when there is none.
+QString fileBesideProgram()
+{
+    const QString program = QFileInfo(u"/proc/self/exe"_s).symLinkTarget();
+    const QFileInfo file(QFileInfo(program).dir(), u"vx-sample.ini"_s);
+    return file.isFile() ? file.filePath() : QString();
+}
+
 } // namespace
 
 VXSampleProgram::VXSampleProgram(int& theCount, char** theArguments)
@@ -54,41 +80,69 @@ VXSampleExitCode VXSampleProgram::run()
     QCoreApplication::setOrganizationName(u"VX"_s);
     QCoreApplication::setApplicationName(u"vx-sample"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(VX_PROJECT_VERSION));
+    qInstallMessageHandler(showWarnings);
 
-    // The first look ignores options that it does not know: Qt's and the library's own are still
-    // in the list.
-    QCommandLineParser firstLook;
-    VXSampleOptions::addTo(firstLook);
-    firstLook.parse(withoutQtOptions(commandLine(myCount, myArguments)));
-    if (showWhatWasAskedFor(firstLook))
-        return VXSampleExitCode::Success;
-    if (firstLook.positionalArguments().isEmpty())
-        return refuse(firstLook.errorText().isEmpty() ? u"which command?"_s
-                                                      : firstLook.errorText());
-
-    const QString name = firstLook.positionalArguments().constFirst();
-    myCommand = VXSampleCommandTable::find(name);
-    if (!myCommand)
-        return refuse(u"there is no command \"%1\""_s.arg(name));
-    myOptions = VXSampleOptions::fromParser(firstLook);
-    if (!myOptions.errorText().isEmpty())
-        return refuse(myOptions.errorText());
-
-    if (myOptions.offscreen)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const VXSampleExitCode code = readCommandLine();
+    if (code != VXSampleExitCode::Success || !myCommand)
+        return code;
+    if (!configure())
+        return VXSampleExitCode::UsageError;
     if (!hasDisplay()) {
         myOutput.message(u"vx-sample: there is no display; --offscreen works without one"_s);
         return VXSampleExitCode::EnvironmentError;
     }
     makeApplication();
+    VXLogger::installMessageHandler();
 
     QCommandLineParser parser;
     VXSampleOptions::addTo(parser);
     if (!parser.parse(QCoreApplication::arguments()))
         return refuse(parser.errorText());
-    if (myOptions.exitAfter)
-        endAfter(*myOptions.exitAfter);
-    return runCommand(parser.positionalArguments());
+    return runInEventLoop(parser.positionalArguments());
+}
+
+/// The first look: it ignores options that it does not know, because Qt's and the library's own
+/// are still in the list.
+VXSampleExitCode VXSampleProgram::readCommandLine()
+{
+    QCommandLineParser parser;
+    VXSampleOptions::addTo(parser);
+    parser.parse(withoutQtOptions(commandLine(myCount, myArguments)));
+    if (showWhatWasAskedFor(parser))
+        return VXSampleExitCode::Success;
+    if (parser.positionalArguments().isEmpty())
+        return refuse(parser.errorText().isEmpty() ? u"which command?"_s : parser.errorText());
+
+    const QString name = parser.positionalArguments().constFirst();
+    const VXSampleCommandRow* command = VXSampleCommandTable::find(name);
+    if (!command)
+        return refuse(u"there is no command \"%1\""_s.arg(name));
+    myOptions = VXSampleOptions::fromParser(parser);
+    if (!myOptions.errorText().isEmpty())
+        return refuse(myOptions.errorText());
+    myCommand = command;
+    return VXSampleExitCode::Success;
+}
+
+/// Deployment: the file beside the program, --config, then the single options.
+bool VXSampleProgram::configure()
+{
+    if (myOptions.offscreen)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    VXDeploymentConfig& deployment = *VXDeploymentConfig::instance();
+    const QString beside = fileBesideProgram();
+    if (!beside.isEmpty())
+        deployment.readFile(beside);
+    if (!myOptions.config.isEmpty() && !deployment.readFile(myOptions.config))
+        return false;
+
+    bool isUsable = true;
+    for (const auto& [key, value] : myOptions.deploymentValues())
+        isUsable = deployment.setValue(key, value) && isUsable;
+    QCoreApplication::setOrganizationName(deployment.text(u"Program/organization"_s));
+    QCoreApplication::setApplicationName(deployment.text(u"Program/name"_s));
+    return isUsable;
 }
 
 VXSampleExitCode VXSampleProgram::refuse(const QString& theText)
@@ -137,6 +191,21 @@ void VXSampleProgram::makeApplication()
         myApplication = std::make_unique<QCoreApplication>(myCount, myArguments);
 }
 
+/// A command runs inside the application's event loop, so that quitting ends its waits.
+VXSampleExitCode VXSampleProgram::runInEventLoop(const QStringList& theArguments)
+{
+    if (myOptions.exitAfter)
+        endAfter(*myOptions.exitAfter);
+
+    VXSampleExitCode code = VXSampleExitCode::Success;
+    QTimer::singleShot(0, myApplication.get(), [this, &code, &theArguments] {
+        code = runCommand(theArguments);
+        QCoreApplication::exit();
+    });
+    QCoreApplication::exec();
+    return code;
+}
+
 VXSampleExitCode VXSampleProgram::runCommand(const QStringList& theArguments)
 {
     const std::unique_ptr<VXSampleCommand> command = myCommand->create();
@@ -149,7 +218,19 @@ VXSampleExitCode VXSampleProgram::runCommand(const QStringList& theArguments)
     if (count != VXSampleExitCode::Success)
         return count;
 
-    VXSampleContext context{myOptions, myOutput};
+    VXSampleSimulator simulator(myOptions.simulator);
+    VXSampleAnswers answers(myOutput);
+    if (!myOptions.answers.isEmpty()) {
+        const QString complaint = answers.readFile(myOptions.answers);
+        if (!complaint.isEmpty())
+            return refuse(u"--answers: %1"_s.arg(complaint));
+    }
+    // A running simulator's certificates count from the first exchange on.
+    const bool isRunning = myOptions.simulator != u"auto"_s && myOptions.simulator != u"none"_s;
+    if (isRunning && !simulator.open())
+        return refuse(u"--simulator: %1"_s.arg(simulator.errorText()));
+
+    VXSampleContext context{myOptions, myOutput, simulator, answers};
     const VXSampleExitCode code = command->run(parser, context);
     const bool isLate = myTimeIsUp && myCommand->duration == VXSampleDuration::Finite;
     return isLate ? VXSampleExitCode::TimedOut : code;

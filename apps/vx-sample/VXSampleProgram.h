@@ -28,9 +28,12 @@ public:
 
 private:
     VXSampleExitCode refuse(const QString& theText);
+    VXSampleExitCode readCommandLine();
     bool showWhatWasAskedFor(const QCommandLineParser& theParser);
+    bool configure();
     [[nodiscard]] bool hasDisplay() const;
     void makeApplication();
+    VXSampleExitCode runInEventLoop(const QStringList& theArguments);
     VXSampleExitCode runCommand(const QStringList& theArguments);
     VXSampleExitCode checkCount(qsizetype theCount);
     void endAfter(int theSeconds);
@@ -39,7 +42,7 @@ private:
     char** myArguments;
     VXSampleOutput myOutput;
     VXSampleOptions myOptions;
-    const VXSampleCommandRow* myCommand = nullptr;
+    const VXSampleCommandRow* myCommand = nullptr; // null: only help or version was asked for
     std::unique_ptr<QCoreApplication> myApplication;
     bool myTimeIsUp = false;
 };

@@ -1,0 +1,34 @@
+#include "VXSampleWorkers.h"
+
+#include <VXNetworking/VXNetworkAccessManager.h>
+
+#include <QtCore/QEventLoop>
+#include <QtCore/QThread>
+
+#include <memory>
+#include <vector>
+
+void VXSampleWorkers::run(int theCount, const std::function<void(int)>& theWork)
+{
+    QEventLoop loop;
+    int open = theCount;
+    std::vector<std::unique_ptr<QThread>> threads;
+    for (int number = 0; number < theCount; ++number) {
+        threads.emplace_back(QThread::create([&theWork, number] {
+            theWork(number);
+            VXNetworkAccessManager::releaseThreadInstance(); // the thread ends here
+        }));
+        QObject::connect(threads.back().get(), &QThread::finished, &loop, [&loop, &open] {
+            if (--open == 0)
+                loop.quit();
+        });
+        threads.back()->start();
+    }
+    if (theCount > 0)
+        loop.exec();
+
+    for (const std::unique_ptr<QThread>& thread : threads) {
+        thread->quit(); // only when the application quits: ends the worker's wait for an answer
+        thread->wait();
+    }
+}
