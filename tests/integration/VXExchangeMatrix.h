@@ -1,0 +1,78 @@
+#pragma once
+
+#include "VXScriptedUser.h"
+
+#include <QtTest/QTest>
+
+#include <functional>
+
+class VXHttpOperation;
+
+/// Every exchange is tested four times: in the GUI thread and in a worker, with and without a
+/// question to the user in its middle.
+///
+/// The data function calls addColumns() and addRows() beside its own columns, the test function
+/// makes one matrix, which is the user as well, and calls run() or inThread() once.
+class VXExchangeMatrix : public VXScriptedUser
+{
+    Q_OBJECT
+
+public:
+    /// What stays of an exchange; a plain value that may change threads.
+    struct Outcome
+    {
+        int code = -1;
+        int status = -1;
+        QByteArray body;
+        QString details; // for the message of a failing test
+    };
+
+    /// The columns "worker" and "asks"; before the test's own ones.
+    static void addColumns();
+    /// Four rows of one name.
+    template <typename... Values>
+    static void addRows(const char* theName, const Values&... theValues);
+    /// Two rows, one for each thread, for tests that are about a certain question.
+    template <typename... Values>
+    static void addThreadRows(const char* theName, bool theAsks, const Values&... theValues);
+
+    /// Reads the current row. The user knows the password of VXNginxServer.
+    VXExchangeMatrix();
+
+    [[nodiscard]] bool asks() const { return myAsks; }
+    [[nodiscard]] bool isWorker() const { return myIsWorker; }
+
+    /// Calls the function in the thread of the row, where a manager without history serves it, and
+    /// runs the event loop of the GUI thread meanwhile. Returns when the function has.
+    void inThread(const std::function<void()>& theFunction) const;
+    /// inThread() with an exchange.
+    [[nodiscard]] Outcome run(const std::function<Outcome()>& theExchange) const;
+
+    /// Executes the operation.
+    [[nodiscard]] static Outcome exec(VXHttpOperation& theOperation);
+
+    /// True when the questions were as the row wants: one of that kind in the GUI thread, or none.
+    [[nodiscard]] bool wasAskedAsExpected(Kind theKind = Kind::ServerPassword) const;
+
+private:
+    bool myIsWorker = false;
+    bool myAsks = false;
+};
+
+template <typename... Values>
+void VXExchangeMatrix::addRows(const char* theName, const Values&... theValues)
+{
+    addThreadRows(theName, false, theValues...);
+    addThreadRows(theName, true, theValues...);
+}
+
+template <typename... Values>
+void VXExchangeMatrix::addThreadRows(const char* theName, bool theAsks, const Values&... theValues)
+{
+    for (const bool worker : {false, true}) {
+        QTestData& row = QTest::addRow("%s, %s%s", theName, worker ? "worker" : "GUI thread",
+                                       theAsks ? ", asked" : "");
+        row << worker << theAsks;
+        static_cast<void>((row << ... << theValues));
+    }
+}
