@@ -1,0 +1,4 @@
+#include "VXCommandLineOptionHandlerAbstract.h"
+
+VXCommandLineOptionHandlerAbstract::VXCommandLineOptionHandlerAbstract() = default;
+VXCommandLineOptionHandlerAbstract::~VXCommandLineOptionHandlerAbstract() = default;

@@ -1,0 +1,4 @@
+#include "VXCommandLineParserAbstract.h"
+
+VXCommandLineParserAbstract::VXCommandLineParserAbstract() = default;
+VXCommandLineParserAbstract::~VXCommandLineParserAbstract() = default;

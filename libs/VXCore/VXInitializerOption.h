@@ -1,0 +1,8 @@
+#pragma once
+
+/// How the program starts; handed to the initialisers as it is.
+enum class VXInitializerOption
+{
+    Normal = 0,
+    Headless = 1, ///< Without windows.
+};
