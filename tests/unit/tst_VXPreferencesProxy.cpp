@@ -64,11 +64,10 @@ void tst_VXPreferencesProxy::textsStandAsOrdered()
     for (const auto* label : allLabels)
         labels << label->text();
     labels.sort();
-    QCOMPARE(
-        labels,
-        (QStringList{
-            u"Falls Ihr Provider einen HTTP-Proxy vorsieht, können Sie ihn hier angeben:"_s,
-            u"Login"_s, u"Password"_s, u"Port"_s, u"Proxy"_s, u"Typ"_s}));
+    QCOMPARE(labels,
+             (QStringList{
+                 u"Falls Ihr Provider einen HTTP-Proxy vorsieht, können Sie ihn hier angeben:"_s,
+                 u"Login"_s, u"Password"_s, u"Port"_s, u"Proxy"_s, u"Typ"_s}));
 }
 
 void tst_VXPreferencesProxy::typesStandInOrderWithTheirData()

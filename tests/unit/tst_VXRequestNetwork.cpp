@@ -1,8 +1,9 @@
 #include <VXNetworking/VXRequestNetwork.h>
 
+#include <VXCore/VXDeploymentConfig.h>
 #include <VXCore/VXLogger.h>
 #include <VXCore/VXMath.h>
-#include <VXCore/VXVersionConfig.h>
+
 #include <VXNetworking/VXNetworkAccessManagerSignalDispatcher.h>
 #include <VXNetworking/VXNetworkingError.h>
 
@@ -134,7 +135,7 @@ private Q_SLOTS:
 
 void tst_VXRequestNetwork::init()
 {
-    VXVersionConfig::setVersionString(u"7.4.1"_s);
+    VXDeploymentConfig::instance()->setValue(u"Program/version"_s, u"7.4.1"_s);
 }
 
 void tst_VXRequestNetwork::theTitleNamesTheVersion()
@@ -157,8 +158,8 @@ void tst_VXRequestNetwork::severitiesSelectTheirMessageBox_data()
     QTest::newRow("informational number")
         << 85 << critical << u"Die Software befindet sich auf dem neuesten Stand.<br>"_s
         << cancelOnly;
-    QTest::newRow("unrecoverable") << 2001 << critical << u"Die Datei ist leer.<br>"_s
-                                   << cancelOnly;
+    QTest::newRow("unrecoverable")
+        << 2001 << critical << u"Die Datei ist leer.<br>"_s << cancelOnly;
     QTest::newRow("program error") << 4 << critical << u"Ungültige Session ID.<br>"_s << cancelOnly;
     QTest::newRow("order declaration")
         << 510 << critical << u"Inkonsistente Discount-Daten<br>"_s << cancelOnly;
@@ -281,8 +282,9 @@ void tst_VXRequestNetwork::anOverloadedServerIsCountedDown()
     VXDialogVisitor user([&](QDialog* theDialog) {
         seen = see(theDialog);
         QCOMPARE(theDialog->parentWidget(), &parent);
-        QCOMPARE(theDialog->property("messageTemplate").toString(),
-                 u"Unsere Services sind im Moment voll ausgelastet.<br>Das Programm wird in %2 Minuten die Verbindung erneut aufbauen.<br>"_s);
+        QCOMPARE(
+            theDialog->property("messageTemplate").toString(),
+            u"Unsere Services sind im Moment voll ausgelastet.<br>Das Programm wird in %2 Minuten die Verbindung erneut aufbauen.<br>"_s);
         cancel(theDialog);
     });
     // The server's own wait time is not used.
@@ -290,11 +292,9 @@ void tst_VXRequestNetwork::anOverloadedServerIsCountedDown()
     QCOMPARE(seen.title, u"Einen Moment bitte"_s);
     QCOMPARE(seen.icon, static_cast<int>(QMessageBox::Warning));
     QCOMPARE(seen.details, u"Fehlercode: 1005\nDetail: vom Server"_s);
-    QCOMPARE(seen.buttons,
-             (QStringList{u"Abbrechen"_s, u"Details anzeigen"_s, u"Wiederholen"_s}));
+    QCOMPARE(seen.buttons, (QStringList{u"Abbrechen"_s, u"Details anzeigen"_s, u"Wiederholen"_s}));
     QCOMPARE(seen.defaultButton, u"Wiederholen"_s);
-    QVERIFY2(seen.seconds >= 179 && seen.seconds <= 300,
-             qPrintable(QString::number(seen.seconds)));
+    QVERIFY2(seen.seconds >= 179 && seen.seconds <= 300, qPrintable(QString::number(seen.seconds)));
     QVERIFY(!seen.text.contains(u'%'));
 }
 
@@ -344,9 +344,8 @@ void tst_VXRequestNetwork::theCountdownLiesBetween180And300Seconds()
 
 void tst_VXRequestNetwork::aRemoteErrorIsTriedAgainUnlessCancelled()
 {
-    VXDialogVisitor user([](QDialog* theDialog) {
-        theDialog->findChild<QCommandLinkButton*>()->click();
-    });
+    VXDialogVisitor user(
+        [](QDialog* theDialog) { theDialog->findChild<QCommandLinkButton*>()->click(); });
     QVERIFY(VXRequestNetwork::instance()->handleNetworkError(error(1004)));
 }
 
@@ -354,9 +353,8 @@ void tst_VXRequestNetwork::theSettingsChoiceAsksForTheSettingsAndCountsAsRetry()
 {
     auto* mediator = VXRequestNetwork::instance();
     QSignalSpy asked(mediator, &VXRequestNetwork::pleaseStartSomeDialogToEditTheProxyPreferences);
-    VXDialogVisitor user([](QDialog* theDialog) {
-        theDialog->findChildren<QCommandLinkButton*>().at(0)->click();
-    });
+    VXDialogVisitor user(
+        [](QDialog* theDialog) { theDialog->findChildren<QCommandLinkButton*>().at(0)->click(); });
     QVERIFY(mediator->handleNetworkError(error(3503)));
     QCOMPARE(asked.count(), 1);
 }
@@ -365,9 +363,8 @@ void tst_VXRequestNetwork::tryingAgainDoesNotAskForTheSettings()
 {
     auto* mediator = VXRequestNetwork::instance();
     QSignalSpy asked(mediator, &VXRequestNetwork::pleaseStartSomeDialogToEditTheProxyPreferences);
-    VXDialogVisitor user([](QDialog* theDialog) {
-        theDialog->findChildren<QCommandLinkButton*>().at(1)->click();
-    });
+    VXDialogVisitor user(
+        [](QDialog* theDialog) { theDialog->findChildren<QCommandLinkButton*>().at(1)->click(); });
     QVERIFY(mediator->handleNetworkError(error(3503)));
     QCOMPARE(asked.count(), 0);
 }
@@ -529,8 +526,8 @@ void tst_VXRequestNetwork::certificateErrorsAreLoggedAndListed()
         seen = see(theDialog);
         press(theDialog, QMessageBox::Yes);
     });
-    QVERIFY(VXRequestNetwork::instance()->askIgnoreSSLErrors(
-        u"127.0.0.1:8443"_s, {u"Erster %2"_s, u"Zweiter"_s}));
+    QVERIFY(VXRequestNetwork::instance()->askIgnoreSSLErrors(u"127.0.0.1:8443"_s,
+                                                             {u"Erster %2"_s, u"Zweiter"_s}));
     VXLogger::instance()->setSink({});
 
     QCOMPARE(seen.title, u"SSL Fehler"_s);
@@ -664,9 +661,7 @@ void tst_VXRequestNetwork::questionsFromWorkersAreAnsweredInTheMainThread()
     std::thread worker([&] {
         QMetaObject::invokeMethod(
             dispatcher,
-            [&] {
-                Q_EMIT dispatcher->askIgnoreSSLErrors(u"host"_s, {u"Fehler"_s}, &isIgnored);
-            },
+            [&] { Q_EMIT dispatcher->askIgnoreSSLErrors(u"host"_s, {u"Fehler"_s}, &isIgnored); },
             Qt::BlockingQueuedConnection);
         isDone.storeRelease(1);
     });
