@@ -5,7 +5,9 @@
 #include "VXSampleMessageCommand.h"
 #include "VXSampleOrderCommand.h"
 #include "VXSampleProbeCommand.h"
+#include "VXSampleProxyCommand.h"
 #include "VXSampleRequestCommand.h"
+#include "VXSampleTourCommand.h"
 #include "VXSampleUploadCommand.h"
 
 #include <algorithm>
@@ -50,9 +52,17 @@ constexpr std::array commands{
     VXSampleCommandRow{"messages"_L1, ""_L1, "Show the whole table of error texts."_L1,
                        "messages"_L1, 0, 0, Application::Core, Duration::Finite,
                        make<VXSampleMessageCommand>},
+    VXSampleCommandRow{"proxy"_L1, "show|set CHOICE|for URL"_L1,
+                       "Show or change the proxy settings (no, sys, my), or ask for an address."_L1,
+                       "proxy set my --host proxy.test --port 3128"_L1, 1, 2, Application::Core,
+                       Duration::Finite, make<VXSampleProxyCommand>},
     VXSampleCommandRow{
         "config"_L1, "show"_L1, "Show the deployment configuration and where it comes from."_L1,
         "config show"_L1, 1, 1, Application::Core, Duration::Finite, make<VXSampleConfigCommand>},
+    VXSampleCommandRow{"tour"_L1, "DIR"_L1,
+                       "Do the library's main job against the simulator and check every step."_L1,
+                       "tour out"_L1, 1, 1, Application::Widgets, Duration::Finite,
+                       make<VXSampleTourCommand>},
 };
 
 } // namespace
