@@ -31,7 +31,7 @@ QHBoxLayout* createMessage(const QString& theText, QWidget* theDialog)
 
     auto* layout = new QHBoxLayout; // the caller puts it into the dialog's layout
     layout->addWidget(icon, 0, Qt::AlignTop);
-    layout->addWidget(text, 1);
+    layout->addWidget(text, 1, Qt::AlignTop);
     return layout;
 }
 

@@ -75,6 +75,8 @@ void VXMessageBox::addDetails(const QString& theDetails)
     });
     if (details == ownButtons.end())
         return;
+    // Qt's button is as wide as Qt's own labels.
+    (*details)->setMinimumWidth(QPushButton(tr("Details verbergen")).sizeHint().width());
     labelDetailsButton(*details);
     // Queued: Qt gives the button its own label at each click, and ours comes after that.
     connect(

@@ -16,6 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int minimumWidthInPixels = 380; // a URL in the text should not break at each word
+
 QDialogButtonBox* createButtons(QDialog* theDialog)
 {
     auto* buttons =
@@ -38,6 +40,7 @@ VXPasswordDialog::VXPasswordDialog(const QString& theText, QWidget* theParent)
     setObjectName(u"passwordDialog"_s);
     setWindowTitle(tr("Anmeldung erforderlich"));
     setWindowModality(Qt::ApplicationModal);
+    setMinimumWidth(minimumWidthInPixels);
     createFields(theText);
 }
 
