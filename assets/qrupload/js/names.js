@@ -33,8 +33,8 @@ VXUpload.Names = function (storage) {
     // Control characters, separators of paths and lines, and marks that turn the reading direction.
     function withoutDangers(text) {
         return text
-            .replace(/[\u0000-\u001F\u007F-\u009F\u2028-\u202E\u2066-\u2069\/\\]/g, '_')
             .replace(/^\s+|\s+$/g, '')
+            .replace(/[\u0000-\u001F\u007F-\u009F\u2028-\u202E\u2066-\u2069\/\\]/g, '_')
             .replace(/^[:.]+/, underscores);
     }
 

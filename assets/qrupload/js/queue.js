@@ -9,13 +9,16 @@ VXUpload.Queue = function (server, names, listener) {
     var COPY_LIMIT = 50 * 1024 * 1024; // bytes; the last attempt sends a slice of a smaller photo
     var PAUSES = [1000, 3000]; // milliseconds before the first and the second automatic attempt
     var GAP = 4000; // milliseconds without an answer that the customer need not hear of
+    var QUIET = 5000; // milliseconds without progress after which we ask whether anybody is there
+    var LONG_QUIET = 20000; // milliseconds after which a half-sent photo starts anew
     var RECHECK = 5000; // milliseconds between two questions to a server that does not admit us
 
     var photos = [];
     var batch = 0;
     var connection = 'unknown'; // then "admitted", "refused" or "lost"
     var isAsking = false;
-    var lostSince = 0; // milliseconds since the epoch; 0 while questions are answered
+    var askedAt = 0; // milliseconds since the epoch, like the next
+    var lostSince = 0; // 0 while questions are answered
     var recheck = null;
     var isIdle = true;
 
@@ -47,8 +50,22 @@ VXUpload.Queue = function (server, names, listener) {
         recheck = window.setTimeout(ask, pause);
     }
 
+    function isQuiet(photo, pause) {
+        return now() - photo.heardAt >= pause;
+    }
+
+    // A transfer whose other end is gone would hang for a minute, or until the phone's own
+    // network gives up.
+    function breakOff(isHopeless) {
+        inState('sending').filter(isHopeless).forEach(function (photo) {
+            photo.isBrokenOff = true;
+            photo.breakOff();
+        });
+    }
+
     // Photos that failed because nobody answered go on by themselves; others wait for a tap.
     function giveUpForNow() {
+        breakOff(function (photo) { return isQuiet(photo, QUIET); });
         inState('retrying').forEach(function (photo) {
             photo.wasCutOff = true;
             setState(photo, 'failed');
@@ -65,6 +82,9 @@ VXUpload.Queue = function (server, names, listener) {
     function whenAdmitted() {
         lostSince = 0;
         connection = 'admitted';
+        breakOff(function (photo) {
+            return isQuiet(photo, LONG_QUIET) && photo.sent < photo.file.size;
+        });
         resumeCutOff();
         pump();
     }
@@ -72,23 +92,32 @@ VXUpload.Queue = function (server, names, listener) {
     function whenRefused() {
         lostSince = 0;
         connection = 'refused';
+        breakOff(function (photo) { return isQuiet(photo, QUIET); });
         schedule(RECHECK);
     }
 
+    // A short gap is not worth a word, nor is an answer that only a busy line delays.
+    function isGap() {
+        var isMoving = inState('sending').some(function (photo) { return !isQuiet(photo, QUIET); });
+        return connection === 'admitted' && (isMoving || now() - lostSince < GAP);
+    }
+
     function whenLost() {
-        lostSince = lostSince || now();
-        var isGap = connection === 'admitted' && now() - lostSince < GAP;
-        if (!isGap) {
+        lostSince = lostSince || askedAt;
+        if (isGap()) {
+            schedule(PAUSES[0]);
+        } else {
             connection = 'lost';
             giveUpForNow();
+            schedule(RECHECK);
         }
-        schedule(isGap ? PAUSES[0] : RECHECK);
     }
 
     function ask() {
         if (isAsking)
             return;
         isAsking = true;
+        askedAt = now();
         window.clearTimeout(recheck);
         server.ask(function (outcome, texts) {
             isAsking = false;
@@ -97,6 +126,12 @@ VXUpload.Queue = function (server, names, listener) {
             ({admitted: whenAdmitted, refused: whenRefused, lost: whenLost})[outcome]();
             listener.queueChanged();
         });
+    }
+
+    function watch() {
+        var sending = inState('sending');
+        if (sending.length && sending.every(function (photo) { return isQuiet(photo, QUIET); }))
+            ask();
     }
 
     // ---- sending
@@ -147,8 +182,11 @@ VXUpload.Queue = function (server, names, listener) {
     }
 
     function send(photo) {
+        photo.heardAt = now();
+        photo.isBrokenOff = false;
         setState(photo, 'sending');
-        server.send(bodyOf(photo), photo.name, function (bytes) {
+        photo.breakOff = server.send(bodyOf(photo), photo.name, function (bytes) {
+            photo.heardAt = now();
             photo.sent = Math.min(bytes, photo.file.size);
             listener.photoChanged(photo);
             listener.queueChanged();
@@ -172,6 +210,11 @@ VXUpload.Queue = function (server, names, listener) {
     // The same name again is safe: the computer replaces a file as a whole or not at all.
     function failed(photo) {
         var pause = PAUSES[photo.attempts];
+        if (photo.isBrokenOff) { // not the photo's fault
+            photo.due = now();
+            setState(photo, connection === 'refused' ? 'waiting' : 'retrying');
+            return;
+        }
         photo.attempts += 1;
         if (pause) {
             photo.due = now() + pause;
@@ -258,4 +301,6 @@ VXUpload.Queue = function (server, names, listener) {
             stopped: inState('stopped').length
         };
     };
+
+    window.setInterval(watch, 1000);
 };

@@ -38,7 +38,8 @@ VXUpload.Server = function () {
     };
 
     // Sends one photo. The browser reads it from its file piece by piece. Calls progress(bytes)
-    // on the way and then done(outcome) once: "stored", "refused" or "failed".
+    // on the way and then done(outcome) once: "stored", "refused" or "failed". Returns a function
+    // that breaks the transfer off, which then has failed.
     this.send = function (body, name, progress, done) {
         var request = new XMLHttpRequest();
         var watchdog = null;
@@ -70,5 +71,6 @@ VXUpload.Server = function () {
         } catch (error) {
             failed();
         }
+        return function () { request.abort(); };
     };
 };

@@ -85,6 +85,7 @@
     view.onstop = queue.stop;
 
     window.addEventListener('online', check);
+    window.addEventListener('offline', check);
     window.addEventListener('pageshow', check);
     document.addEventListener('visibilitychange', check);
     queue.check();

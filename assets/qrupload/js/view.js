@@ -198,6 +198,7 @@ VXUpload.View = function (thumbnails) {
         document.title = texts.title;
         setText(byId('greeting'), texts.textGreeting);
         setText(byId('pick-text'), texts.textButton);
+        byId('pick').hidden = false;
         byId('total').setAttribute('aria-label', texts.textProgress);
         byId('stop').setAttribute('aria-label', SYMBOLS.stopped + ' ' + texts.textProgress);
         byId('again').setAttribute('aria-label', SYMBOLS.retrying + ' ' + texts.textProgress);
