@@ -51,6 +51,16 @@ QByteArray readBody(QNetworkReply& theReply)
     return body;
 }
 
+/// Qt takes a connection that ends within the body for the end of the body, more often than not.
+bool isCutOff(const QNetworkReply& theReply, int theStatus, qsizetype theBodySize)
+{
+    const QByteArray announced = theReply.rawHeader("Content-Length");
+    const bool hasBody = theReply.operation() != QNetworkAccessManager::HeadOperation &&
+                         theStatus >= 200 && theStatus != 204 && theStatus != 304;
+    return hasBody && theReply.error() == QNetworkReply::NoError &&
+           theBodySize < announced.toLongLong();
+}
+
 bool writeAll(QFileDevice& theFile, const QByteArray& theBytes)
 {
     return theFile.write(theBytes) == theBytes.size() && theFile.flush();
@@ -183,10 +193,12 @@ QByteArray VXHttpOperation::exec()
     }
     myHttpResponseCode = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     QByteArray body = readBody(*reply);
-    if (reply->error() == QNetworkReply::NoError)
-        noteSuccess(*reply, body.size());
+    if (isCutOff(*reply, myHttpResponseCode, body.size()))
+        noteFailure(*reply, body, QNetworkReply::RemoteHostClosedError, u"Connection closed"_s);
+    else if (reply->error() != QNetworkReply::NoError)
+        noteFailure(*reply, body, reply->error(), reply->errorString());
     else
-        noteFailure(*reply, body);
+        noteSuccess(*reply, body.size());
     return body;
 }
 
@@ -220,9 +232,10 @@ void VXHttpOperation::noteMissingReply()
     logError(u"NoReply"_s);
 }
 
-void VXHttpOperation::noteFailure(QNetworkReply& theReply, const QByteArray& theBody)
+void VXHttpOperation::noteFailure(const QNetworkReply& theReply, const QByteArray& theBody,
+                                  QNetworkReply::NetworkError theError, const QString& theErrorText)
 {
-    myError = VXNetworkingError(theReply.error());
+    myError = VXNetworkingError(theError);
 
     qInfo() << " method:" << VXNetworkAccessManager::threadInstance()->describe(myOperation);
     debugRequestHeaders();
@@ -231,8 +244,8 @@ void VXHttpOperation::noteFailure(QNetworkReply& theReply, const QByteArray& the
     qInfo() << " body:" << VXStringHelper::hidePasswords(QString::fromUtf8(myPayload));
     qInfo() << " http:" << myHttpResponseCode;
     qInfo() << " answer:" << theBody;
-    qInfo() << " got: " << theReply.errorString();
-    logError(theReply.errorString());
+    qInfo() << " got: " << theErrorText;
+    logError(theErrorText);
 }
 
 void VXHttpOperation::noteSuccess(const QNetworkReply& theReply, qsizetype theBodySize)

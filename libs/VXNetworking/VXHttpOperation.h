@@ -28,7 +28,9 @@ class VXUploadFile;
 /// read. Executing it again sends again and overwrites the outcome.
 ///
 /// The outcome is errorStatus() and httpResponseCode(). Each exchange is logged; a time-out ends
-/// as code 3505. Use it in one thread; only the signal abort() may be emitted from any other.
+/// as code 3505, a body shorter than its Content-Length as 3502. (A chunked body that breaks off
+/// can count as complete: Qt 6.4 does not tell.) Use it in one thread; only the signal abort() may
+/// be emitted from any other.
 class VXNETWORKING_EXPORT VXHttpOperation : public QObject
 {
     Q_OBJECT
@@ -122,7 +124,8 @@ Q_SIGNALS:
 
 private:
     void noteMissingReply();
-    void noteFailure(QNetworkReply& theReply, const QByteArray& theBody);
+    void noteFailure(const QNetworkReply& theReply, const QByteArray& theBody,
+                     QNetworkReply::NetworkError theError, const QString& theErrorText);
     void noteSuccess(const QNetworkReply& theReply, qsizetype theBodySize);
     void logError(const QString& theErrorText) const;
     void logRequest(const QByteArray& theServerDate, qsizetype theBodySize) const;

@@ -1,6 +1,7 @@
 #include "VXNetworkAccessManager.h"
 
 #include "VXNetworkAccessManagerSignalDispatcher.h"
+#include "VXNetworkSettings.h"
 
 #include <VXCore/VXGeneralSettings.h>
 #include <VXCore/VXPlatformIndependent.h>
@@ -23,6 +24,7 @@
 
 #include <array>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -191,6 +193,7 @@ VXNetworkAccessManager::VXNetworkAccessManager()
     qRegisterMetaType<QSslCertificate>();
     qRegisterMetaType<QNetworkReply*>();
 
+    std::ignore = VXNetworkSettings::instance(); // proxies must be settled before the first request
     if (!VXPlatformIndependent::instance()->usesPlatformCertificatesOnly())
         loadSslCertificates();
 

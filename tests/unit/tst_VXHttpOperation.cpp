@@ -302,6 +302,9 @@ private Q_SLOTS:
 
     void brokenPeerGivesItsCode_data();
     void brokenPeerGivesItsCode();
+    void announcedLengthIsNoErrorWithoutABody_data();
+    void announcedLengthIsNoErrorWithoutABody();
+    void compressedAnswerIsInflated();
     void httpStatusGivesItsCode_data();
     void httpStatusGivesItsCode();
     void timeoutEndsAsCanceled();
@@ -660,6 +663,10 @@ void tst_VXHttpOperation::brokenPeerGivesItsCode_data()
                                   << "half"_ba;
     QTest::newRow("body cut off by reset")
         << VXRawAnswer().send(head + "half").pause(50ms).reset() << 3502 << 200 << "half"_ba;
+    QTest::newRow("body cut off after a while")
+        << VXRawAnswer().send(head + "half").pause(50ms).close() << 3502 << 200 << "half"_ba;
+    QTest::newRow("length without any body")
+        << VXRawAnswer().send(head).pause(50ms).close() << 3502 << 200 << ""_ba;
     QTest::newRow("stalled body") << VXRawAnswer().send(head + "half").stall() << 3505 << 200
                                   << ""_ba;
     QTest::newRow("silence") << VXRawAnswer().stall() << 3505 << 0 << ""_ba;
@@ -683,6 +690,43 @@ void tst_VXHttpOperation::brokenPeerGivesItsCode()
     QCOMPARE(recordsOf(log).size(), 1);
     QVERIFY(recordsOf(log).constFirst().startsWith(u"TOV NETREQUEST ERROR:"_s));
     QCOMPARE(log.textsWith(u"QIODevice"_s), QStringList()); // no read of a closed reply
+}
+
+void tst_VXHttpOperation::announcedLengthIsNoErrorWithoutABody_data()
+{
+    QTest::addColumn<Operation>("operation");
+    QTest::addColumn<int>("status");
+    QTest::newRow("HEAD") << Operation::HeadOperation << 200;
+    QTest::newRow("204") << Operation::GetOperation << 204;
+    QTest::newRow("304") << Operation::GetOperation << 304;
+}
+
+void tst_VXHttpOperation::announcedLengthIsNoErrorWithoutABody()
+{
+    QFETCH(Operation, operation);
+    QFETCH(int, status);
+    VXRawPeer peer;
+    peer.setAnswer(VXRawAnswer::http(status, {}, {"Content-Length: 100"}));
+    VXHttpOperation exchange = VXHttpOperation::create(peer.url(), operation);
+    QVERIFY(exchange.send());
+    QCOMPARE(exchange.httpResponseCode(), status);
+}
+
+void tst_VXHttpOperation::compressedAnswerIsInflated()
+{
+    // gzip of "hello hello hello"
+    const QByteArray packed =
+        QByteArray::fromHex("1f8b0800000000000203cb48cdc9c957c84090008088f9e511000000");
+    VXRawPeer peer;
+    peer.setAnswer(VXRawAnswer::http(200, packed, {"Content-Encoding: gzip"}));
+    VXHttpOperation inflated = get(peer.url());
+    QCOMPARE(inflated.exec(), "hello hello hello"_ba);
+    QVERIFY(!inflated.errorOccurred());
+
+    VXHttpOperation asIs = get(peer.url());
+    asIs.setHeader(u"Accept-Encoding"_s, u"gzip"_s); // then Qt leaves it to the caller
+    QCOMPARE(asIs.exec(), packed);
+    QVERIFY(!asIs.errorOccurred());
 }
 
 void tst_VXHttpOperation::httpStatusGivesItsCode_data()
