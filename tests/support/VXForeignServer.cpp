@@ -2,6 +2,7 @@
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
+#include <QtCore/QSet>
 #include <QtNetwork/QTcpServer>
 #include <QtTest/QTest>
 
@@ -147,14 +148,19 @@ bool VXForeignServer::startOnce()
 
 void VXForeignServer::choosePorts()
 {
-    // All at once, so that they differ.
+    // All at once, so that they differ; and none twice in a process, for what the library or Qt
+    // remembers about an address must not reach the next server.
+    static QSet<quint16> used;
     std::vector<std::unique_ptr<QTcpServer>> holders;
     myPorts.clear();
-    for (int i = 0; i < myPortCount; ++i) {
+    while (myPorts.size() < myPortCount) {
         holders.push_back(std::make_unique<QTcpServer>());
         if (!holders.back()->listen(QHostAddress::LocalHost))
             qFatal("no free port: %s", qPrintable(holders.back()->errorString()));
-        myPorts << holders.back()->serverPort();
+        const quint16 port = holders.back()->serverPort();
+        if (!used.contains(port))
+            myPorts << port;
+        used << port;
     }
 }
 

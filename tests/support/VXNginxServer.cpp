@@ -44,6 +44,7 @@ http {
         ssl_certificate_key @key@;
         root documents;
         location /upload/ { dav_methods PUT DELETE; client_max_body_size 0; }
+        location /slow/ { alias documents/; limit_rate 100k; }
         location /small/ { dav_methods PUT; client_max_body_size 1024; }
     }
     server {
@@ -96,6 +97,12 @@ QString VXNginxServer::documentPath(const QString& thePath) const
 void VXNginxServer::addDocument(const QString& thePath, const QByteArray& theContent) const
 {
     writeFile(u"documents/"_s + thePath, theContent);
+}
+
+void VXNginxServer::linkDocument(const QString& thePath, const QString& theFile) const
+{
+    if (!QFile::link(theFile, documentPath(thePath)))
+        qFatal("cannot link %s", qPrintable(documentPath(thePath)));
 }
 
 QList<QJsonObject> VXNginxServer::records() const

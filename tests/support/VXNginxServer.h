@@ -9,9 +9,9 @@
 /// nginx on 127.0.0.1 with three ports: plain HTTP/1.1; TLS, which also speaks HTTP/2; and one
 /// that asks for a password (HTTP, Basic) and hands the request on to another server.
 ///
-/// The first two serve the files of documentPath(), text compressed when the client allows it.
-/// A PUT to /upload/NAME stores a body of any size there, a PUT to /small/NAME refuses more than
-/// 1024 bytes with 413.
+/// The first two serve the files of documentPath(), JSON and XML compressed when the client allows
+/// it; below /slow/ they serve the same at 100 kB a second. A PUT to /upload/NAME stores a body of
+/// any size there, a PUT to /small/NAME refuses more than 1024 bytes with 413.
 class VXNginxServer : public VXForeignServer
 {
 public:
@@ -30,6 +30,8 @@ public:
     /// Where the file of a path without its first slash lies or would lie.
     [[nodiscard]] QString documentPath(const QString& thePath) const;
     void addDocument(const QString& thePath, const QByteArray& theContent) const;
+    /// Serves a file that lies elsewhere.
+    void linkDocument(const QString& thePath, const QString& theFile) const;
 
     /// One record for each request that has ended, in that order: port, connection (number),
     /// request (number within the connection), method, uri, status, protocol, host, agent,
