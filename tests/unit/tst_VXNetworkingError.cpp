@@ -839,11 +839,13 @@ void tst_VXNetworkingError::staleFileInformationIsRefreshed()
 {
     const QTemporaryDir folder;
     const QFileInfo file(folder.filePath(u"order.xml"_s));
-    QVERIFY(!file.exists()); // remembered by the value
     writeFile(file.filePath(), "x");
+    QCOMPARE(file.size(), 1); // remembered by the value
+    writeFile(file.filePath(), {});
+    QCOMPARE(file.size(), 1);
     VXNetworkingError error;
     error.checkFileError(file);
-    QVERIFY(!error.errorOccurred());
+    QCOMPARE(static_cast<int>(error.errorCode()), 2001);
 }
 
 void tst_VXNetworkingError::messageOfACodeWithAText()
