@@ -1,9 +1,12 @@
-# vx_add_test(NAME [SOURCES file...] [LINK lib...] [LABELS label...] [TIMEOUT seconds])
+# vx_add_test(NAME [SOURCES file...] [LINK lib...] [LABELS label...] [TIMEOUT seconds]
+#             [PHONES number])
 #
 # A Qt Test program. Without SOURCES it is made of NAME.cpp. It makes its own private home
 # folder (tests/support/VXTestMain.h), so it passes alone, in any order and beside others.
+# With PHONES it runs in a network namespace of its own with that many others in reach, see
+# script/in-namespace.
 function(vx_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LINK;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT;PHONES" "SOURCES;LINK;LABELS")
     if(NOT arg_SOURCES)
         set(arg_SOURCES ${name}.cpp)
     endif()
@@ -15,7 +18,12 @@ function(vx_add_test name)
     target_link_libraries(${name} PRIVATE vx_compiler vx_test_support Qt6::Test ${arg_LINK})
     set_target_properties(${name} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
-    add_test(NAME ${name} COMMAND ${name})
+    set(command ${name})
+    if(DEFINED arg_PHONES)
+        set(command "${PROJECT_SOURCE_DIR}/script/in-namespace" --phones ${arg_PHONES}
+            $<TARGET_FILE:${name}>)
+    endif()
+    add_test(NAME ${name} COMMAND ${command})
     set_tests_properties(${name} PROPERTIES
         LABELS "${arg_LABELS}"
         TIMEOUT ${arg_TIMEOUT}

@@ -1,6 +1,7 @@
 #include "VXPlatformIndependent.h"
 
 #include "VXDeploymentConfig.h"
+#include "VXWifiNameQuery.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
@@ -78,7 +79,10 @@ QString VXPlatformIndependent::wifiNameForInterface(const QString& theInterfaceN
         if (item.startsWith(prefix))
             return item.sliced(prefix.size());
     }
-    return {};
+    const QMutexLocker locker(&myWifiMutex);
+    if (!myWifiNames)
+        myWifiNames = std::make_unique<VXWifiNameQuery>();
+    return myWifiNames->wifiName(theInterfaceName);
 }
 
 void VXPlatformIndependent::sleep(int theMilliseconds)

@@ -3,10 +3,14 @@
 #include "VXCoreExport.h"
 #include "VXSingleton.h"
 
+#include <QtCore/QMutex>
 #include <QtCore/QString>
 #include <QtCore/QUrl>
 
+#include <memory>
+
 class QFileInfo;
+class VXWifiNameQuery;
 
 /// What the application asks of the platform it runs on. The answers come from the deployment
 /// configuration; a host with other wishes installs a subclass with setInstance().
@@ -50,10 +54,15 @@ public:
 
     /// The name of the wireless network that the network interface has joined; empty for a wired
     /// or unknown one. Names given by the deployment ("Platform/wifiNames", items
-    /// "interface=network") come first.
+    /// "interface=network") come first; then NetworkManager, iwd and the kernel are asked. Blocks
+    /// at most 300 ms for a service that does not answer, and that at most once a minute.
     [[nodiscard]] virtual QString wifiNameForInterface(const QString& theInterfaceName) const;
 
     /// Waits so many milliseconds. In the GUI thread events run meanwhile, but no user input; the
     /// wait is cut short when the application quits. Zero and less return at once.
     virtual void sleep(int theMilliseconds);
+
+private:
+    mutable QMutex myWifiMutex;
+    mutable std::unique_ptr<VXWifiNameQuery> myWifiNames; // guarded by myWifiMutex; made when asked
 };

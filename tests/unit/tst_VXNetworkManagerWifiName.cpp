@@ -1,0 +1,142 @@
+#include <VXCore/VXNetworkManagerWifiName.h>
+
+#include "VXPrivateBus.h"
+#include "VXTestMain.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QProcess>
+#include <QtDBus/QDBusConnection>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList interfaces{
+    u"wlan0=wifi:57c3a4686c6572"_s,   // "Wähler"
+    u"wlan1=wifi:3c623e783c2f623e"_s, // "<b>x</b>"
+    u"wlan2=wifi:fffe"_s,             // no UTF-8
+    u"wlan3=wifi"_s,                  // hidden: an empty name
+    u"wlan4=old:616c74"_s,            // "alt"
+    u"wlan5=idle"_s,
+    u"wlan6=broken"_s,
+    u"eth0=ethernet"_s,
+};
+
+} // namespace
+
+/// Asks a fake NetworkManager on a bus of the test's own.
+class tst_VXNetworkManagerWifiName : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void theNetworkOfAnInterfaceIsTold_data();
+    void theNetworkOfAnInterfaceIsTold();
+    void aStoppedServiceCostsItsAllowanceOnceAMinute();
+    void aServiceThatIsAbsentGivesNothingAtOnce();
+    void withoutABusThereIsNothing();
+
+private:
+    VXPrivateBus myBus;
+    QProcess* myNetworkManager = nullptr;
+};
+
+void tst_VXNetworkManagerWifiName::initTestCase()
+{
+    QCOMPARE(myBus.start(), QString());
+    myNetworkManager = myBus.startFake(QStringList{u"networkmanager"_s} + interfaces);
+    QVERIFY2(myNetworkManager, "no fake service (Debian package python3-dbusmock)");
+}
+
+void tst_VXNetworkManagerWifiName::theNetworkOfAnInterfaceIsTold_data()
+{
+    QTest::addColumn<QString>("interface");
+    QTest::addColumn<std::optional<QString>>("name");
+
+    using Name = std::optional<QString>;
+    QTest::newRow("umlaut") << u"wlan0"_s << Name(u"W\u00e4hler"_s);
+    QTest::newRow("markup") << u"wlan1"_s << Name(u"<b>x</b>"_s);
+    QTest::newRow("bytes that are no UTF-8") << u"wlan2"_s << Name(u"\u00ff\u00fe"_s);
+    QTest::newRow("empty name") << u"wlan3"_s << Name(QString());
+    QTest::newRow("told by the connection only") << u"wlan4"_s << Name(u"alt"_s);
+    QTest::newRow("joined to nothing") << u"wlan5"_s << Name();
+    QTest::newRow("answers of other types") << u"wlan6"_s << Name(QString());
+    QTest::newRow("wired") << u"eth0"_s << Name(QString());
+    QTest::newRow("unknown interface") << u"wlan9"_s << Name();
+    QTest::newRow("no interface") << QString() << Name();
+}
+
+void tst_VXNetworkManagerWifiName::theNetworkOfAnInterfaceIsTold()
+{
+    QFETCH(QString, interface);
+    QFETCH(std::optional<QString>, name);
+
+    VXNetworkManagerWifiName source(QDBusConnection::systemBus());
+    QCOMPARE(source.wifiName(interface), name);
+}
+
+void tst_VXNetworkManagerWifiName::aStoppedServiceCostsItsAllowanceOnceAMinute()
+{
+    VXNetworkManagerWifiName source(QDBusConnection::systemBus());
+    const auto process = static_cast<pid_t>(myNetworkManager->processId());
+    QCOMPARE(::kill(process, SIGSTOP), 0);
+
+    QElapsedTimer timer;
+    timer.start();
+    const std::optional<QString> hung = source.wifiName(u"wlan0"_s);
+    const qint64 first = timer.restart();
+    const std::optional<QString> leftAlone = source.wifiName(u"wlan0"_s);
+    const qint64 second = timer.elapsed();
+    QCOMPARE(::kill(process, SIGCONT), 0);
+
+    QCOMPARE(hung, std::nullopt);
+    QCOMPARE(leftAlone, std::nullopt);
+    QVERIFY2(first >= 250, qPrintable(QString::number(first)));
+    QVERIFY2(first < 2000,
+             qPrintable(QString::number(first))); // 300, a coarse timer and a busy computer
+    QVERIFY2(second < 100, qPrintable(QString::number(second)));
+
+    // It answers again, but the minute is not over.
+    QCOMPARE(source.wifiName(u"wlan0"_s), std::nullopt);
+
+    // With no pause it is asked again at once.
+    VXNetworkManagerWifiName impatient(QDBusConnection::systemBus());
+    impatient.service().setPause(std::chrono::milliseconds(0));
+    QCOMPARE(::kill(process, SIGSTOP), 0);
+    QCOMPARE(impatient.wifiName(u"wlan0"_s), std::nullopt);
+    QCOMPARE(::kill(process, SIGCONT), 0);
+    QTRY_COMPARE(impatient.wifiName(u"wlan0"_s), std::optional(u"W\u00e4hler"_s));
+}
+
+void tst_VXNetworkManagerWifiName::aServiceThatIsAbsentGivesNothingAtOnce()
+{
+    VXPrivateBus empty;
+    QCOMPARE(empty.start(), QString());
+    const QDBusConnection bus = QDBusConnection::connectToBus(empty.address(), u"empty"_s);
+    QVERIFY(bus.isConnected());
+
+    QElapsedTimer timer;
+    timer.start();
+    VXNetworkManagerWifiName source(bus);
+    QCOMPARE(source.wifiName(u"wlan0"_s), std::nullopt);
+    QVERIFY(timer.elapsed() < 200);
+    QDBusConnection::disconnectFromBus(u"empty"_s);
+}
+
+void tst_VXNetworkManagerWifiName::withoutABusThereIsNothing()
+{
+    const QDBusConnection bus =
+        QDBusConnection::connectToBus(u"unix:path=/nonexistent/bus"_s, u"none"_s);
+    QVERIFY(!bus.isConnected());
+
+    VXNetworkManagerWifiName source(bus);
+    QCOMPARE(source.wifiName(u"wlan0"_s), std::nullopt);
+    QDBusConnection::disconnectFromBus(u"none"_s);
+}
+
+VX_TEST_MAIN(QCoreApplication, tst_VXNetworkManagerWifiName)
+#include "tst_VXNetworkManagerWifiName.moc"
