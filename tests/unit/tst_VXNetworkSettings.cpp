@@ -42,6 +42,16 @@ int printSettings()
     return 0;
 }
 
+/// Prints the warnings of loading.
+int printWarnings()
+{
+    const VXLogCapture log;
+    (void)VXNetworkSettings::instance();
+    for (const QString& text : log.texts(QtWarningMsg))
+        VXProbe::print(text);
+    return 0;
+}
+
 int saveManualProxy()
 {
     VXNetworkSettings* settings = VXNetworkSettings::instance();
@@ -118,6 +128,7 @@ private Q_SLOTS:
     void savingUnchangedValuesWritesBothEntries();
     void damagedEntriesGiveTheDefaults_data();
     void damagedEntriesGiveTheDefaults();
+    void aDamagedEntryIsReported();
     void anUnknownChoiceCountsAsNone();
     void oldKeysAreMigrated();
     void oldKeysAreGoneAfterTheMigration();
@@ -242,6 +253,13 @@ void tst_VXNetworkSettings::damagedEntriesGiveTheDefaults()
     QFETCH(QByteArray, proxy);
     writeStore("[Network]\nProxyChoice=my\nProxy=" + proxy + "\n");
     QCOMPARE(VXProbe::run(u"print"_s), (QStringList{u"my"_s, u"2"_s, u""_s, u"0"_s, u""_s, u""_s}));
+}
+
+void tst_VXNetworkSettings::aDamagedEntryIsReported()
+{
+    writeStore("[Network]\nProxyChoice=my\nProxy=proxy.test:8080\n");
+    QCOMPARE(VXProbe::run(u"warnings"_s),
+             QStringList{u"the entry Network/Proxy of %1 cannot be read"_s.arg(storePath())});
 }
 
 void tst_VXNetworkSettings::anUnknownChoiceCountsAsNone()
@@ -564,6 +582,6 @@ void tst_VXNetworkSettings::threadsMayAskWhileTheSettingsChange()
 VX_PROBE_TEST_MAIN(QCoreApplication, tst_VXNetworkSettings, {u"change"_s, &changeWithoutSaving},
                    {u"factory"_s, &printInstalledFactory}, {u"print"_s, &printSettings},
                    {u"save"_s, &saveManualProxy}, {u"saveDefaults"_s, &saveDefaults},
-                   {u"system"_s, &printSystemAnswer})
+                   {u"system"_s, &printSystemAnswer}, {u"warnings"_s, &printWarnings})
 
 #include "tst_VXNetworkSettings.moc"
