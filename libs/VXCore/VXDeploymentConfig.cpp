@@ -15,6 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr auto setterOrigin = "setter"_L1;
+
 enum class Kind
 {
     Text,
@@ -292,12 +294,12 @@ bool VXDeploymentConfig::readFile(const QString& theFile)
 
 bool VXDeploymentConfig::setValue(const QString& theKey, const QString& theValue)
 {
-    return store(theKey, {theValue}, QDir::currentPath(), u"setter"_s);
+    return store(theKey, {theValue}, QDir::currentPath(), setterOrigin);
 }
 
 bool VXDeploymentConfig::setList(const QString& theKey, const QStringList& theItems)
 {
-    return store(theKey, theItems, QDir::currentPath(), u"setter"_s);
+    return store(theKey, theItems, QDir::currentPath(), setterOrigin);
 }
 
 bool VXDeploymentConfig::store(const QString& theKey, const QStringList& theParts,
@@ -318,7 +320,9 @@ bool VXDeploymentConfig::store(const QString& theKey, const QStringList& thePart
     const QStringList parts =
         row->kind == Kind::List ? theParts : QStringList{resolved(row->kind, whole, theBase)};
     const QMutexLocker locker(&myMutex);
-    myValues.insert(theKey, {parts, theOrigin});
+    const bool isFixed = myValues.value(theKey).origin == setterOrigin;
+    if (!isFixed || theOrigin == setterOrigin)
+        myValues.insert(theKey, {parts, theOrigin});
     return true;
 }
 

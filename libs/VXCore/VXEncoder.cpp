@@ -30,7 +30,8 @@ QString VXEncoder::decodeString(const QString& theText)
 {
     const auto bytes =
         QByteArray::fromBase64Encoding(theText.toUtf8(), QByteArray::AbortOnBase64DecodingErrors);
-    if (!bytes)
+    // The decoder overlooks a letter too many at the end; encoding again shows it.
+    if (!bytes || QString::fromLatin1((*bytes).toBase64()) != theText)
         return {};
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder.decode(combined(*bytes));

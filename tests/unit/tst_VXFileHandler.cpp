@@ -1,0 +1,95 @@
+#include <VXCore/VXFileHandler.h>
+
+#include "VXTestMain.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+class tst_VXFileHandler : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void folderGoesWithAllThatIsInIt();
+    void missingFolderIsGone();
+    void linksAreNotFollowed();
+    void dangerousPathsAreRefused_data();
+    void dangerousPathsAreRefused();
+    void fileAndLinkAreRefused();
+};
+
+void tst_VXFileHandler::folderGoesWithAllThatIsInIt()
+{
+    const QTemporaryDir parent;
+    const QString folder = parent.filePath(u"a"_s);
+    QVERIFY(QDir().mkpath(folder + "/b/.hidden"_L1));
+    QFile file(folder + "/b/.hidden/x"_L1);
+    QVERIFY(file.open(QFile::WriteOnly));
+    QVERIFY(VXFileHandler::recursiveRemove(folder));
+    QVERIFY(!QDir(folder).exists());
+    QVERIFY(QDir(parent.path()).exists());
+}
+
+void tst_VXFileHandler::missingFolderIsGone()
+{
+    const QTemporaryDir parent;
+    QVERIFY(VXFileHandler::recursiveRemove(parent.filePath(u"missing"_s)));
+}
+
+void tst_VXFileHandler::linksAreNotFollowed()
+{
+    const QTemporaryDir parent;
+    const QTemporaryDir elsewhere;
+    QFile file(elsewhere.filePath(u"kept"_s));
+    QVERIFY(file.open(QFile::WriteOnly));
+    QVERIFY(QDir().mkdir(parent.filePath(u"a"_s)));
+    QVERIFY(QFile::link(elsewhere.path(), parent.filePath(u"a/link"_s)));
+    QVERIFY(VXFileHandler::recursiveRemove(parent.filePath(u"a"_s)));
+    QVERIFY(QFile::exists(file.fileName()));
+}
+
+void tst_VXFileHandler::dangerousPathsAreRefused_data()
+{
+    QTest::addColumn<QString>("folder");
+
+    // The home folder is the test's own, and empty but for what this test puts there.
+    QTest::newRow("empty") << u""_s;
+    QTest::newRow("home") << QDir::homePath();
+    QTest::newRow("home with slash") << QDir::homePath() + u'/';
+    QTest::newRow("home by a detour") << QDir::homePath() + u"/x/.."_s;
+}
+
+void tst_VXFileHandler::dangerousPathsAreRefused()
+{
+    QFETCH(QString, folder);
+    QVERIFY(QDir().mkpath(QDir::homePath() + "/x"_L1));
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(u"not deleted, no folder to delete as a whole$"_s));
+    QVERIFY(!VXFileHandler::recursiveRemove(folder));
+    QVERIFY(QDir(QDir::homePath() + "/x"_L1).exists());
+}
+
+void tst_VXFileHandler::fileAndLinkAreRefused()
+{
+    const QTemporaryDir parent;
+    QFile file(parent.filePath(u"file"_s));
+    QVERIFY(file.open(QFile::WriteOnly));
+    QVERIFY(QDir().mkdir(parent.filePath(u"folder"_s)));
+    QVERIFY(QFile::link(parent.filePath(u"folder"_s), parent.filePath(u"link"_s)));
+    for (const QString& name : {u"file"_s, u"link"_s}) {
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(u"not deleted, no folder to delete as a whole$"_s));
+        QVERIFY(!VXFileHandler::recursiveRemove(parent.filePath(name)));
+    }
+    QVERIFY(QFile::exists(file.fileName()));
+    QVERIFY(QDir(parent.filePath(u"folder"_s)).exists());
+}
+
+VX_TEST_MAIN(QCoreApplication, tst_VXFileHandler)
+
+#include "tst_VXFileHandler.moc"
