@@ -1,0 +1,81 @@
+#pragma once
+
+#include "VXNetworkingExport.h"
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
+#include <QtCore/QUrl>
+#include <QtWidgets/QDialog>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QTextBrowser>
+
+#include <VXGUIWidgets/VXQRCodeWidget.h>
+
+class QGridLayout;
+class VXLocalUploadService;
+
+/// The dialog of the photo transfer from a phone: a QR code of the upload service's address, the
+/// wireless network to join, a button for another address of this computer, and the folder that
+/// receives the photos.
+///
+/// The dialog is not modal and belongs to the main window. The service starts with the first
+/// show() and goes on while the dialog is hidden. GUI thread only.
+class VXNETWORKING_EXPORT VXLocalUploadServiceView : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(VXLocalUploadServiceView)
+
+public:
+    /// Makes the service; it does not listen yet.
+    explicit VXLocalUploadServiceView(QWidget* theParent);
+    ~VXLocalUploadServiceView() override;
+
+    /// The dialog appears below theAnchor, which stays the caller's; null: where the window
+    /// system likes.
+    void setAnchorWidget(QWidget* theAnchor);
+
+    /// Shows and raises the dialog; the first time builds it and starts the service.
+    void show();
+
+    /// Builds the dialog and starts the service. show() does it when it is needed.
+    void init();
+
+    /// Looks after the dialog: its interfaces are watched only while it is visible.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    /// theText between "<b>" and "</b>", otherwise as it is.
+    [[nodiscard]] QString boldify(const QString& theText);
+
+Q_SIGNALS:
+    /// A photo was received, see VXLocalUploadService::filesUploaded().
+    void filesUploaded(const QFileInfo& fileInfo);
+
+public Q_SLOTS:
+    /// Lets the user choose the folder for photos.
+    void chooseTargetFolder();
+
+    /// Appends text, HTML, to the hidden log.
+    void log(const QString& text);
+
+    /// Shows another address, see VXLocalUploadService::urlChanged().
+    void onUrlChanged(const QUrl& url, const QString& wifiName, int index, int count);
+
+private:
+    void fillDialog();
+    QLabel* addTitle(QGridLayout* theLayout, int theRow, const QString& theText);
+    QPushButton* addLink(QGridLayout* theLayout, int theRow, const QString& theText);
+    void makeLogBrowser();
+    void trimLog();
+
+    VXLocalUploadService* myService = nullptr; // child of this
+    QPointer<QLabel> myNetworkLabel;
+    QPointer<QDialog> myDialog; // the main window's, null until the first show()
+    QPointer<QTextBrowser> myLogBrowser;
+    QPointer<QWidget> myAnchorWidget;
+    QPointer<VXQRCodeWidget> myQRCodeWidget;
+    QPointer<QPushButton> myConnectionButton;
+    QTimer myRefreshTimer;
+};
