@@ -5,6 +5,7 @@
 #include "VXSampleCommandTable.h"
 #include "VXSampleContext.h"
 #include "VXSampleHelp.h"
+#include "VXSampleMessages.h"
 #include "VXSampleSimulator.h"
 
 #include <VXCore/VXDeploymentConfig.h>
@@ -18,7 +19,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -47,16 +47,6 @@ QStringList withoutQtOptions(QStringList theArguments)
     return theArguments;
 }
 
-/// Information is for the log file; people see warnings and worse.
-void showWarnings(QtMsgType theType, const QMessageLogContext& theContext,
-                  const QString& theMessage)
-{
-    if (theType == QtDebugMsg || theType == QtInfoMsg)
-        return;
-    const QByteArray line = qFormatLogMessage(theType, theContext, theMessage).toLocal8Bit();
-    std::fprintf(stderr, "%s\n", line.constData());
-}
-
 /// The deployment file of a program that was built but not installed; empty when there is none.
 QString fileBesideProgram()
 {
@@ -80,7 +70,7 @@ VXSampleExitCode VXSampleProgram::run()
     QCoreApplication::setOrganizationName(u"VX"_s);
     QCoreApplication::setApplicationName(u"vx-sample"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(VX_PROJECT_VERSION));
-    qInstallMessageHandler(showWarnings);
+    VXSampleMessages::install();
 
     const VXSampleExitCode code = readCommandLine();
     if (code != VXSampleExitCode::Success || !myCommand)

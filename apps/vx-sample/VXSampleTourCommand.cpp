@@ -1,6 +1,7 @@
 #include "VXSampleTourCommand.h"
 
 #include "VXSampleContext.h"
+#include "VXSampleMessages.h"
 #include "VXSampleOutput.h"
 #include "VXSampleSimulator.h"
 #include "VXSimulatorControl.h"
@@ -47,7 +48,9 @@ VXSampleExitCode VXSampleTourCommand::tour(const QString& theFolder, const QStri
     VXSimulatorControl control(theContext.simulator.port(u"control"_s));
     VXTourWorld world{theContext.simulator, control, theContext.answers, log, QDir(theFolder)};
     VXTour tour(world, theContext.output);
+    VXSampleMessages::setQuiet(true); // the provoked warnings are in tour.log
     tour.run(theGroups);
+    VXSampleMessages::setQuiet(false);
 
     const VXTourReport report(tour.rows());
     theContext.output.message(report.table());

@@ -2,11 +2,18 @@
 
 #include <VXNetworking/VXNetworkAccessManager.h>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
 #include <QtCore/QThread>
 
 #include <memory>
 #include <vector>
+
+namespace {
+
+constexpr int pollMilliseconds = 20;
+
+} // namespace
 
 void VXSampleWorkers::run(int theCount, const std::function<void(int)>& theWork)
 {
@@ -29,6 +36,7 @@ void VXSampleWorkers::run(int theCount, const std::function<void(int)>& theWork)
 
     for (const std::unique_ptr<QThread>& thread : threads) {
         thread->quit(); // only when the application quits: ends the worker's wait for an answer
-        thread->wait();
+        while (!thread->wait(pollMilliseconds))
+            QCoreApplication::processEvents(); // a worker may stand still until it is answered
     }
 }

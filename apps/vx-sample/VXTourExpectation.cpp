@@ -15,10 +15,12 @@ bool VXTourExpectation::isSameRequest(const VXRecordedRequest& theRequest) const
 QStringList VXTourExpectation::headerComplaints(const VXRecordedRequest& theRequest) const
 {
     QMap<QString, QString> wanted = headers;
-    wanted.insert(
-        u"User-Agent"_s,
-        u"Mozilla/5.0 AppleWebKit/538.1 (KHTML, like Gecko) Safari/538.1 - Orvelo Desk"_s);
-    wanted.insert(u"Connection"_s, u"disable-keep-alive"_s);
+    if (isOwnRequest) {
+        wanted.insert(
+            u"User-Agent"_s,
+            u"Mozilla/5.0 AppleWebKit/538.1 (KHTML, like Gecko) Safari/538.1 - Orvelo Desk"_s);
+        wanted.insert(u"Connection"_s, u"disable-keep-alive"_s);
+    }
 
     QStringList complaints;
     for (auto header = wanted.cbegin(); header != wanted.cend(); ++header) {

@@ -15,7 +15,8 @@ struct VXTourExpectation
     QByteArray body;
     QMap<QString, QString> headers; ///< besides the ones that every request carries
     QString listener = QStringLiteral("http");
-    bool hasOwnBody = true; ///< false: the body is not known beforehand (a multipart boundary)
+    bool isOwnRequest = true; ///< false: made by Qt (CONNECT), without the library's headers
+    bool hasOwnBody = true;   ///< false: the body is not known beforehand (a multipart boundary)
 
     /// Whether this is the request, apart from its headers.
     [[nodiscard]] bool isSameRequest(const VXRecordedRequest& theRequest) const;

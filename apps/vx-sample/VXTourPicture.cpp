@@ -17,12 +17,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::array columnWidths{36, 350, 660, 80};
+constexpr int leastRowHeight = 26;
 constexpr int margin = 20;
 
 QTableWidgetItem* item(const QString& theText)
 {
     auto* made = new QTableWidgetItem(theText); // the table takes it over
-    made->setTextAlignment(Qt::AlignLeft | Qt::AlignTop);
+    made->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     return made;
 }
 
@@ -49,6 +50,7 @@ void styleTable(QTableWidget& theTable)
         {u""_s, u"What was done"_s, u"What came back"_s, u"Checked"_s});
     theTable.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     theTable.verticalHeader()->hide();
+    theTable.verticalHeader()->setMinimumSectionSize(leastRowHeight);
     theTable.setFrameShape(QFrame::NoFrame);
     theTable.setShowGrid(false);
     theTable.setAlternatingRowColors(true);

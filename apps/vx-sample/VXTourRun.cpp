@@ -29,7 +29,9 @@ VXTourRun::~VXTourRun() = default;
 
 void VXTourRun::came(const QString& theText)
 {
-    myRow.answer += myRow.answer.isEmpty() ? theText : u"; "_s + theText;
+    if (!myRow.answer.isEmpty())
+        myRow.answer += myRow.answer.endsWith(u'.') ? u" "_s : u"; "_s;
+    myRow.answer += theText;
 }
 
 void VXTourRun::came(const VXHttpOperation& theOperation, qsizetype theBytes)
@@ -47,7 +49,7 @@ void VXTourRun::came(const VXHttpOperation& theOperation, qsizetype theBytes)
 void VXTourRun::expect(bool theIsSo, const QString& theComplaint)
 {
     if (!theIsSo)
-        myRow.complaints << theComplaint;
+        myRow.complaints << theComplaint.simplified();
 }
 
 void VXTourRun::expectSuccess(const VXHttpOperation& theOperation)

@@ -177,19 +177,47 @@ void demandProxyPassword(VXTourRun& theRun, const QString& theAnswer)
                                           {u"password"_s, theAnswer}}});
 }
 
+/// The value of the header "Proxy-Authorization" (RFC 7617).
+QString proxyAuthorization(const QString& thePassword)
+{
+    const QByteArray login = (proxyUser() + u':' + thePassword).toUtf8();
+    return u"Basic "_s + QString::fromLatin1(login.toBase64());
+}
+
+/// The two requests that the proxy gets: one that it refuses, and one with a password.
+QList<VXTourExpectation> atTheProxy(const QString& theMethod, const QString& theTarget,
+                                    const QString& thePassword)
+{
+    VXTourExpectation refused = received(u"proxy"_s, theTarget);
+    refused.method = theMethod;
+    refused.isOwnRequest = theMethod != u"CONNECT"_s;
+    VXTourExpectation answered = refused;
+    refused.headers.insert(u"Proxy-Authorization"_s, QString());
+    answered.headers.insert(u"Proxy-Authorization"_s, proxyAuthorization(thePassword));
+    return {refused, answered};
+}
+
 void wrongProxyPasswordFails(VXTourRun& theRun)
 {
     demandProxyPassword(theRun, u"falsch"_s);
     const ManualProxy proxy(QNetworkProxy::HttpProxy, theRun.world.simulator.port(u"proxy"_s));
-    // In a worker: its manager forgets the wrong password with the thread.
     expectCode(theRun, getFromWorker(QUrl(u"http://service.test/echo"_s)), 3605, 407);
+    theRun.expectReceived(atTheProxy(u"GET"_s, u"http://service.test/echo"_s, u"falsch"_s));
+    theRun.expectQuestions(2); // Qt asks again when the first answer was wrong
+    theRun.came(u"asked twice"_s);
 }
 
 void httpThroughProxy(VXTourRun& theRun)
 {
     demandProxyPassword(theRun, proxyPassword());
     const ManualProxy proxy(QNetworkProxy::HttpProxy, theRun.world.simulator.port(u"proxy"_s));
-    expectCode(theRun, get(QUrl(u"http://service.test/echo"_s)), 0, 200);
+    const Outcome outcome = get(QUrl(u"http://service.test/echo"_s));
+    expectCode(theRun, outcome, 0, 200);
+    const QList<VXRecordedRequest> requests =
+        theRun.expectReceived(atTheProxy(u"GET"_s, u"http://service.test/echo"_s, proxyPassword())
+                              << received(u"http"_s, u"/echo"_s));
+    if (!requests.isEmpty())
+        theRun.expectEcho(outcome.body, requests.constLast());
     theRun.expectQuestions(1);
     theRun.came(u"asked once for the password"_s);
 }
@@ -198,13 +226,30 @@ void httpsThroughProxy(VXTourRun& theRun)
 {
     demandProxyPassword(theRun, proxyPassword());
     const ManualProxy proxy(QNetworkProxy::HttpProxy, theRun.world.simulator.port(u"proxy"_s));
-    expectCode(theRun, get(QUrl(u"https://service.test/echo"_s)), 0, 200);
+    const Outcome outcome = getFromWorker(QUrl(u"https://service.test/echo"_s));
+    expectCode(theRun, outcome, 0, 200);
+    const QList<VXRecordedRequest> requests =
+        theRun.expectReceived(atTheProxy(u"CONNECT"_s, u"service.test:443"_s, proxyPassword())
+                              << received(u"https-trusted"_s, u"/echo"_s));
+    if (!requests.isEmpty())
+        theRun.expectEcho(outcome.body, requests.constLast());
+    theRun.expectQuestions(1);
+    theRun.came(u"worker asked once for the password"_s);
 }
 
 void throughSocks(VXTourRun& theRun)
 {
     const ManualProxy proxy(QNetworkProxy::Socks5Proxy, theRun.world.simulator.port(u"socks"_s));
-    expectCode(theRun, get(QUrl(u"http://service.test/echo?socks"_s)), 0, 200);
+    const Outcome outcome = get(QUrl(u"http://service.test/echo?socks"_s));
+    expectCode(theRun, outcome, 0, 200);
+    VXTourExpectation connection = received(u"socks"_s, u"service.test:80"_s);
+    connection.method = u"CONNECT"_s;
+    connection.isOwnRequest = false;
+    const QList<VXRecordedRequest> requests =
+        theRun.expectReceived({connection, received(u"http"_s, u"/echo?socks"_s)});
+    if (!requests.isEmpty())
+        theRun.expectEcho(outcome.body, requests.constLast());
+    theRun.expectQuestions(0);
 }
 
 void loopbackGoesRoundTheProxy(VXTourRun& theRun)
@@ -228,7 +273,7 @@ QList<VXTourStep> VXTourSecuritySteps::steps()
         {u"tls"_s, u"TLS, expired, validation switched off"_s, validationOffAcceptsAll},
         {u"proxy"_s, u"HTTP proxy, wrong password, worker thread"_s, wrongProxyPasswordFails},
         {u"proxy"_s, u"HTTP proxy with password, name only it knows"_s, httpThroughProxy},
-        {u"proxy"_s, u"TLS through the HTTP proxy"_s, httpsThroughProxy},
+        {u"proxy"_s, u"TLS through the HTTP proxy, worker thread"_s, httpsThroughProxy},
         {u"proxy"_s, u"SOCKS5 proxy, name only it knows"_s, throughSocks},
         {u"proxy"_s, u"Loopback address in spite of a proxy"_s, loopbackGoesRoundTheProxy},
     };
