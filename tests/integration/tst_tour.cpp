@@ -1,0 +1,162 @@
+#include "VXSampleRun.h"
+#include "VXSimulatorProcess.h"
+#include "VXTestMain.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtGui/QImage>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray content(const QString& thePath)
+{
+    QFile file(thePath);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList tour(const QString& theFolder, const QStringList& theOptions = {},
+                 const QStringList& theArguments = {})
+{
+    return QStringList{u"--offscreen"_s} + theOptions + QStringList{u"tour"_s, theFolder} +
+           theArguments;
+}
+
+} // namespace
+
+class tst_tour : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyRowIsWhatTheSimulatorRecorded();
+    void tourStartsItsOwnSimulator();
+    void falsifiedAnswerEndsTourWithStatus5_data();
+    void falsifiedAnswerEndsTourWithStatus5();
+    void nothingSecretIsWritten();
+    void unknownGroupIsWrongUsage();
+    void folderThatCannotBeMadeIsWrongUsage();
+};
+
+void tst_tour::everyRowIsWhatTheSimulatorRecorded()
+{
+    const VXSimulatorProcess simulator;
+    QVERIFY2(simulator.errorText().isEmpty(), qPrintable(simulator.errorText()));
+    const QTemporaryDir folder;
+    const VXSampleRun run(tour(folder.path(), {u"--simulator"_s, simulator.readyFile()}));
+
+    QVERIFY2(run.exitCode() == 0, qPrintable(run.standardError()));
+    QVERIFY(run.isJson());
+    QCOMPARE(run.result(), (QJsonObject{{u"steps"_s, 45}, {u"failed"_s, 0}}));
+    QCOMPARE(run.events(u"step"_s).size(), 45);
+
+    const QJsonObject tourJson =
+        QJsonDocument::fromJson(content(folder.filePath(u"tour.json"_s))).object();
+    QCOMPARE(tourJson.value(u"steps"_s).toInt(), 45);
+    QCOMPARE(tourJson.value(u"rows"_s).toArray().size(), 45);
+    QVERIFY(content(folder.filePath(u"tour.log"_s)).contains("TOV NETREQUEST OFFBYMS:"));
+    QVERIFY(content(folder.filePath(u"index.html"_s))
+                .contains("Der Gutscheincode ist nicht g\xC3\xBCltig."));
+    const QImage picture(folder.filePath(u"01-tour.png"_s));
+    QVERIFY(picture.width() > 1000);
+    QVERIFY(picture.height() > 1000);
+    QVERIFY(run.standardError().contains(u"Der Gutscheincode ist nicht gültig."_s));
+}
+
+void tst_tour::tourStartsItsOwnSimulator()
+{
+    const QTemporaryDir folder;
+    const VXSampleRun run(tour(folder.path(), {}, {u"--only"_s, u"order,tls"_s}));
+    QVERIFY2(run.exitCode() == 0, qPrintable(run.standardError()));
+    QCOMPARE(run.result(), (QJsonObject{{u"steps"_s, 10}, {u"failed"_s, 0}}));
+}
+
+void tst_tour::falsifiedAnswerEndsTourWithStatus5_data()
+{
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QJsonObject>("behaviour");
+
+    const QString order = u"<answer server_timestamp=\"2026\"><head><errorcode>0</errorcode></head>"
+                          "<content><name>other</name></content></answer>"_s;
+    QTest::newRow("other content of an order")
+        << u"order"_s
+        << QJsonObject{
+               {u"path"_s, u"/xtci/cart"_s}, {u"body"_s, order}, {u"type"_s, u"text/xml"_s}};
+    QTest::newRow("other JSON") << u"json"_s
+                                << QJsonObject{{u"path"_s, u"/json/good"_s},
+                                               {u"body"_s, u"{\"message\":\"Gruesse\"}"_s},
+                                               {u"type"_s, u"application/json"_s}};
+    QTest::newRow("other echo") << u"methods"_s
+                                << QJsonObject{{u"path"_s, u"/echo"_s},
+                                               {u"method"_s, u"POST"_s},
+                                               {u"body"_s, u"{\"method\":\"GET\"}"_s}};
+    QTest::newRow("other status") << u"methods"_s
+                                  << QJsonObject{{u"path"_s, u"/echo"_s},
+                                                 {u"method"_s, u"DELETE"_s},
+                                                 {u"status"_s, 201}};
+    QTest::newRow("other bytes") << u"transfer"_s
+                                 << QJsonObject{{u"path"_s, u"/bytes/*"_s}, {u"body"_s, u"x"_s}};
+    QTest::newRow("other parts") << u"transfer"_s
+                                 << QJsonObject{{u"path"_s, u"/multipart"_s},
+                                                {u"body"_s, u"{\"parts\":[]}"_s}};
+    QTest::newRow("answer where there was none")
+        << u"faults"_s << QJsonObject{{u"path"_s, u"/never"_s}, {u"status"_s, 200}};
+    QTest::newRow("server that is gone")
+        << u"probe"_s << QJsonObject{{u"path"_s, u"/echo"_s}, {u"status"_s, 503}};
+    QTest::newRow("other answer behind the proxy")
+        << u"proxy"_s
+        << QJsonObject{{u"path"_s, u"/echo"_s}, {u"body"_s, u"{}"_s}, {u"times"_s, 9}};
+}
+
+void tst_tour::falsifiedAnswerEndsTourWithStatus5()
+{
+    QFETCH(QString, group);
+    QFETCH(QJsonObject, behaviour);
+
+    const VXSimulatorProcess simulator({{u"behaviours"_s, QJsonArray{behaviour}}});
+    QVERIFY2(simulator.errorText().isEmpty(), qPrintable(simulator.errorText()));
+    const QTemporaryDir folder;
+    const VXSampleRun run(
+        tour(folder.path(), {u"--simulator"_s, simulator.readyFile()}, {u"--only"_s, group}));
+    QCOMPARE(run.exitCode(), 5);
+    QVERIFY(run.result().value(u"failed"_s).toInt() > 0);
+    QVERIFY(run.standardError().contains(u"  NO"_s));
+    QVERIFY(content(folder.filePath(u"index.html"_s)).contains("class=\"bad\""));
+}
+
+void tst_tour::nothingSecretIsWritten()
+{
+    const QTemporaryDir folder;
+    const VXSampleRun run(tour(folder.path(), {}, {u"--only"_s, u"proxy"_s}));
+    QVERIFY2(run.exitCode() == 0, qPrintable(run.standardError()));
+
+    const QByteArray password = "tour-geheim";
+    const QByteArray login = ("kunde:" + password).toBase64();
+    QByteArray written = run.standardOutput() + run.standardError().toUtf8();
+    for (const QString& name : {u"tour.json"_s, u"tour.log"_s, u"index.html"_s})
+        written += content(folder.filePath(name));
+    QVERIFY(written.contains("Proxy-Authorization"));
+    QVERIFY(!written.contains(password));
+    QVERIFY(!written.contains(login));
+}
+
+void tst_tour::unknownGroupIsWrongUsage()
+{
+    const QTemporaryDir folder;
+    const VXSampleRun run(tour(folder.path(), {}, {u"--only"_s, u"order,nonsense"_s}));
+    QCOMPARE(run.exitCode(), 2);
+    QVERIFY(run.standardError().contains(u"\"nonsense\""_s));
+}
+
+void tst_tour::folderThatCannotBeMadeIsWrongUsage()
+{
+    const VXSampleRun run(tour(u"/proc/nowhere"_s));
+    QCOMPARE(run.exitCode(), 2);
+    QVERIFY(run.standardError().contains(u"\"/proc/nowhere\""_s));
+}
+
+VX_TEST_MAIN(QCoreApplication, tst_tour)
+#include "tst_tour.moc"
