@@ -27,6 +27,7 @@ public:
     /// QNetworkProxy::ProxyType.
     void fillProxyTypeBox(QComboBox* theBox) const;
 
+    /// No button is checked until readFromConfig() or setChoice(); the choice has no text then.
     [[nodiscard]] VXProxyChoice choice() const;
 
     /// Checks the button of theChoice; an unknown choice changes nothing.
