@@ -9,6 +9,8 @@
 #include "VXSampleRequestCommand.h"
 #include "VXSampleTourCommand.h"
 #include "VXSampleUploadCommand.h"
+#include "VXSampleUploadDialogCommand.h"
+#include "VXSampleUploadServiceCommand.h"
 
 #include <algorithm>
 #include <array>
@@ -59,6 +61,14 @@ constexpr std::array commands{
     VXSampleCommandRow{
         "config"_L1, "show"_L1, "Show the deployment configuration and where it comes from."_L1,
         "config show"_L1, 1, 1, Application::Core, Duration::Finite, make<VXSampleConfigCommand>},
+    VXSampleCommandRow{"upload-service"_L1, ""_L1,
+                       "Receive photos from a phone on the same network; Ctrl+C ends it."_L1,
+                       "upload-service --target photos"_L1, 0, 0, Application::Core,
+                       Duration::Service, make<VXSampleUploadServiceCommand>},
+    VXSampleCommandRow{"upload-dialog"_L1, ""_L1,
+                       "The same with the dialog that shows the QR code."_L1, "upload-dialog"_L1, 0,
+                       0, Application::Widgets, Duration::Service,
+                       make<VXSampleUploadDialogCommand>},
     VXSampleCommandRow{"tour"_L1, "DIR"_L1,
                        "Do the library's main job against the simulator and check every step."_L1,
                        "tour out"_L1, 1, 1, Application::Widgets, Duration::Finite,

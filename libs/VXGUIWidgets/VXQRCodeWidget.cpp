@@ -4,24 +4,18 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QStyle>
 
-#include <qrencode.h>
-
 #include <algorithm>
 #include <cmath>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int quietZone = 4;       // modules on each side, ISO/IEC 18004, 6.3.8
 constexpr int preferredSide = 222; // logical pixels: 37 modules, the usual code, of 6 pixels
 constexpr int minimumSide = 111;   // the same of 3 pixels
 constexpr int entryDuration = 280; // milliseconds
 constexpr qreal entryScale = 0.85; // size at the start of the entry
 constexpr QRgb placeholderColor = 0xffc4c8cc;
-
-using Code = std::unique_ptr<QRcode, decltype(&QRcode_free)>;
 
 /// The rectangle moved to whole device pixels, so that its edges stay sharp at any scale.
 QRectF onDevicePixels(const QPainter& thePainter, const QRectF& theRectangle)
@@ -57,31 +51,11 @@ void VXQRCodeWidget::setUrl(const QUrl& theUrl, const QString& theWifiName)
 {
     myUrl = theUrl;
     myWifiName = theWifiName;
-    encode();
+    myCode.reset();
+    if (!myUrl.host().isEmpty())
+        myCode = VXQRCode::fromText(myUrl.toEncoded());
     describe();
     update();
-}
-
-void VXQRCodeWidget::encode()
-{
-    myModules.clear();
-    myModuleCount = 0;
-    if (myUrl.host().isEmpty())
-        return;
-
-    const QByteArray text = myUrl.toEncoded();
-    const Code code(QRcode_encodeData(static_cast<int>(text.size()),
-                                      reinterpret_cast<const unsigned char*>(text.constData()), 0,
-                                      QR_ECLEVEL_M),
-                    &QRcode_free);
-    if (!code)
-        return;
-
-    myModuleCount = code->width;
-    myModules.resize(static_cast<qsizetype>(code->width) * code->width);
-    // Bit 0 of each byte is the colour, the others say what the module is for.
-    std::transform(code->data, code->data + myModules.size(), myModules.begin(),
-                   [](unsigned char theModule) { return static_cast<char>(theModule & 1); });
 }
 
 void VXQRCodeWidget::describe()
@@ -137,11 +111,6 @@ QRectF VXQRCodeWidget::square() const
     return {(width() - side) / 2, (height() - side) / 2, side, side};
 }
 
-bool VXQRCodeWidget::isDark(int theRow, int theColumn) const
-{
-    return myModules.at(static_cast<qsizetype>(theRow) * myModuleCount + theColumn) != 0;
-}
-
 void VXQRCodeWidget::paintCode(QPainter& thePainter) const
 {
     const QRectF panel = onDevicePixels(thePainter, square());
@@ -150,15 +119,15 @@ void VXQRCodeWidget::paintCode(QPainter& thePainter) const
     // A module as large as fits, in whole device pixels; below one pixel nothing is readable
     // anyway.
     const qreal scale = std::abs(thePainter.deviceTransform().m11());
-    const int modules = myModuleCount + 2 * quietZone;
+    const int modules = myCode->size() + 2 * VXQRCode::quietZone;
     const qreal side = std::max(1.0, std::floor(panel.width() * scale / modules + 0.001)) / scale;
-    const qreal codeSide = side * myModuleCount;
+    const qreal codeSide = side * myCode->size();
     const QRectF code = onDevicePixels(
         thePainter, {panel.center() - QPointF(codeSide, codeSide) / 2, QSizeF(codeSide, codeSide)});
 
-    for (int row = 0; row < myModuleCount; ++row) {
-        for (int column = 0; column < myModuleCount; ++column) {
-            if (!isDark(row, column))
+    for (int row = 0; row < myCode->size(); ++row) {
+        for (int column = 0; column < myCode->size(); ++column) {
+            if (!myCode->isDark(row, column))
                 continue;
             const QPointF corner = code.topLeft() + QPointF(column, row) * side;
             thePainter.fillRect(onDevicePixels(thePainter, {corner, QSizeF(side, side)}),

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "VXGUIWidgetsExport.h"
+#include "VXQRCode.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QUrl>
 #include <QtCore/QVariantAnimation>
 #include <QtWidgets/QWidget>
+
+#include <optional>
 
 /// Shows an address as a QR code that a phone's camera reads.
 ///
@@ -34,7 +36,7 @@ public:
     [[nodiscard]] QString wifiName() const { return myWifiName; }
 
     /// True while a code is shown, false while the placeholder is.
-    [[nodiscard]] bool hasCode() const noexcept { return myModuleCount > 0; }
+    [[nodiscard]] bool hasCode() const noexcept { return myCode.has_value(); }
 
     /// Lets the code grow and fade in once. At once in full where the style wants no animations.
     void animateIn();
@@ -48,17 +50,14 @@ protected:
     void paintEvent(QPaintEvent* theEvent) override;
 
 private:
-    void encode();
     void describe();
     void paintCode(QPainter& thePainter) const;
     void paintPlaceholder(QPainter& thePainter) const;
-    [[nodiscard]] bool isDark(int theRow, int theColumn) const;
     [[nodiscard]] QRectF square() const;
 
     QUrl myUrl;
     QString myWifiName;
-    QByteArray myModules;  // row by row, one byte each, not 0 = dark
-    int myModuleCount = 0; // modules per side, without the quiet zone; 0 = placeholder
+    std::optional<VXQRCode> myCode; // none: the placeholder is shown
     QVariantAnimation myEntry;
     qreal myProgress = 1.0; // of the entry animation
 };

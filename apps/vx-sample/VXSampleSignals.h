@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtCore/QSocketNotifier>
+
+#include <csignal>
+#include <memory>
+
+/// While it lives, SIGINT and SIGTERM quit the application instead of ending the process, so that
+/// what runs comes to an orderly end. Make one at a time, in the main thread.
+class VXSampleSignals
+{
+    Q_DISABLE_COPY_MOVE(VXSampleSignals)
+
+public:
+    VXSampleSignals();
+    ~VXSampleSignals();
+
+private:
+    sigset_t myBefore{}; // the signals that were blocked before
+    int myDescriptor = -1;
+    std::unique_ptr<QSocketNotifier> myNotifier;
+};
