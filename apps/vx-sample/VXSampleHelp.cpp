@@ -4,6 +4,8 @@
 #include "VXSampleCommandTable.h"
 #include "VXSampleOptions.h"
 
+#include <VXCore/VXCommandLineParser.h>
+
 #include <QtCore/QCommandLineParser>
 
 using namespace Qt::StringLiterals;
@@ -34,13 +36,13 @@ QString VXSampleHelp::overview()
                       QString(),
                       u"Commands:"_s};
     for (const VXSampleCommandRow& row : VXSampleCommandTable::rows()) {
-        lines << u"  %1 %2"_s.arg(row.name, row.arguments) << u"      %1"_s.arg(row.help)
-              << u"      Example: vx-sample %1"_s.arg(row.example);
+        lines << u"  "_s + u"%1 %2"_s.arg(row.name, row.arguments).trimmed()
+              << u"      %1"_s.arg(row.help) << u"      Example: vx-sample %1"_s.arg(row.example);
     }
 
-    QCommandLineParser parser;
+    VXCommandLineParser parser;
     VXSampleOptions::addTo(parser);
-    lines << QString() << optionsText(parser) << QString()
+    lines << QString() << optionsText(parser.parser()) << QString()
           << u"Exit status: 0 success, 1 the library reported an error, 2 wrong usage, "
              "3 environment,"_s
           << u"4 time-out, 5 a check of the tour failed."_s;

@@ -1,17 +1,20 @@
 #include "VXSampleOptions.h"
 
+#include <VXCore/VXCommandLineParser.h>
+#include <VXCore/VXInitializer.h>
+
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
 using namespace Qt::StringLiterals;
 
-void VXSampleOptions::addTo(QCommandLineParser& theParser)
+void VXSampleOptions::addTo(VXCommandLineParser& theParser)
 {
+    QCommandLineParser& parser = theParser.parser();
     // What stands behind the command belongs to the command.
-    theParser.setOptionsAfterPositionalArgumentsMode(
-        QCommandLineParser::ParseAsPositionalArguments);
-    theParser.addOptions({
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    parser.addOptions({
         {{u"h"_s, u"help"_s}, u"Show this help; behind a command, the help of the command."_s},
         {{u"v"_s, u"version"_s}, u"Show the version."_s},
         {u"config"_s, u"Read the deployment file FILE last."_s, u"FILE"_s},
@@ -31,6 +34,7 @@ void VXSampleOptions::addTo(QCommandLineParser& theParser)
         {u"master"_s, u"Run in the developers' mode."_s},
         {u"program-id"_s, u"Run as the program number N (8: no web content)."_s, u"N"_s},
     });
+    VXInitializer::instance()->runCommandLine(&theParser);
 }
 
 VXSampleOptions VXSampleOptions::fromParser(const QCommandLineParser& theParser)

@@ -7,13 +7,15 @@
 #include <optional>
 
 class QCommandLineParser;
+class VXCommandLineParser;
 
 /// The options that stand before the command. A plain value.
 class VXSampleOptions
 {
 public:
-    /// Tells `theParser` the options; everything from the command on is left alone.
-    static void addTo(QCommandLineParser& theParser);
+    /// Tells `theParser` the options of the program and of the library; everything from the
+    /// command on is left alone.
+    static void addTo(VXCommandLineParser& theParser);
 
     /// Reads the options from `theParser`, which has parsed. A value that is none (a number that
     /// is no number, a file that cannot be read) is described by errorText().

@@ -8,13 +8,19 @@
 #include "VXSampleMessages.h"
 #include "VXSampleSimulator.h"
 
+#include <VXCore/VXCommandLineParser.h>
 #include <VXCore/VXDeploymentConfig.h>
+#include <VXCore/VXInitializer.h>
+#include <VXCore/VXInitializerOption.h>
+#include <VXCore/VXLocaleAndTranslationManager.h>
 #include <VXCore/VXLogger.h>
+#include <VXNetworking/VXNetworkingErrorMessageMap.h>
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QTimer>
+#include <QtGui/QImage>
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
@@ -83,20 +89,44 @@ VXSampleExitCode VXSampleProgram::run()
     }
     makeApplication();
     VXLogger::installMessageHandler();
+    // Before any error text is asked for: the texts keep the language of their first use.
+    VXLocaleAndTranslationManager::instance()->installTranslators();
 
-    QCommandLineParser parser;
+    // The second look is strict, and the library acts on its own options.
+    VXCommandLineParser parser;
     VXSampleOptions::addTo(parser);
-    if (!parser.parse(QCoreApplication::arguments()))
+    if (!parser.process(QCoreApplication::arguments()))
         return refuse(parser.errorText());
-    return runInEventLoop(parser.positionalArguments());
+
+    // Set-up may need a GUI application; what the commands without one use needs no set-up.
+    const bool hasWidgets = myCommand->application == VXSampleApplication::Widgets;
+    if (hasWidgets)
+        VXInitializer::instance()->runSetup(myOptions.offscreen ? VXInitializerOption::Headless
+                                                                : VXInitializerOption::Normal);
+    showPartner();
+    const VXSampleExitCode result = runInEventLoop(parser.parser().positionalArguments());
+    if (hasWidgets)
+        VXInitializer::instance()->runTeardown();
+    return result;
 }
 
-/// The first look: it ignores options that it does not know, because Qt's and the library's own
-/// are still in the list.
+/// The login text names the retail partner when the deployment has its logo.
+void VXSampleProgram::showPartner() const
+{
+    const VXDeploymentConfig& deployment = *VXDeploymentConfig::instance();
+    const QString logo = deployment.text(u"KeyAccount/logo"_s);
+    if (!logo.isEmpty())
+        VXNetworkingErrorMessageMap().updateInvalidLoginMessage(
+            deployment.text(u"KeyAccount/name"_s), QImage(logo));
+}
+
+/// The first look: it ignores options that it does not know, because Qt's own are still in the
+/// list, and does nothing yet.
 VXSampleExitCode VXSampleProgram::readCommandLine()
 {
-    QCommandLineParser parser;
-    VXSampleOptions::addTo(parser);
+    VXCommandLineParser options;
+    VXSampleOptions::addTo(options);
+    QCommandLineParser& parser = options.parser();
     parser.parse(withoutQtOptions(commandLine(myCount, myArguments)));
     if (showWhatWasAskedFor(parser))
         return VXSampleExitCode::Success;

@@ -8,6 +8,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
+#include <QtGui/QImage>
 
 #include <memory>
 
@@ -56,6 +57,7 @@ private Q_SLOTS:
     void messageShowsTheGermanText_data();
     void messageShowsTheGermanText();
     void messagesShowsTheWholeTable();
+    void loginTextNamesThePartnerOfTheDeployment();
 
     void proxyIsKeptBetweenRunsWithoutShowingThePassword();
     void proxyForLoopbackIsDirect();
@@ -515,6 +517,25 @@ void tst_sample::messagesShowsTheWholeTable()
     QVERIFY(messages.size() > 100);
     QCOMPARE(messages.first().toObject().value(u"code"_s).toInt(), 0);
     QCOMPARE(messages.last().toObject().value(u"code"_s).toInt(), 5011);
+}
+
+void tst_sample::loginTextNamesThePartnerOfTheDeployment()
+{
+    QImage logo(2, 2, QImage::Format_RGB32);
+    logo.fill(Qt::red);
+    QVERIFY(logo.save(myFolder.filePath(u"logo.png"_s)));
+    const QString file = write(u"partner.ini"_s, "[KeyAccount]\nname=Fotohaus\nlogo=logo.png\n");
+
+    const VXSampleRun shown({u"--config"_s, file, u"message"_s, u"2"_s});
+    QCOMPARE(shown.exitCode(), 0);
+    const QString text = shown.result()
+                             .value(u"messages"_s)
+                             .toArray()
+                             .at(0)
+                             .toObject()
+                             .value(u"message"_s)
+                             .toString();
+    QVERIFY2(text.contains(u"Fotohaus <img src=\"data:image/PNG;base64,iVBOR"_s), qPrintable(text));
 }
 
 void tst_sample::proxyIsKeptBetweenRunsWithoutShowingThePassword()
