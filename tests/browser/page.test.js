@@ -245,6 +245,48 @@ test('progress is shown per photo and in all, and full only when stored', async 
     assertAllStored(files);
 });
 
+// The most uploads that were on their way at the same time, by the browser's own clock.
+function mostAtOnce(page) {
+    return page.evaluate(() => {
+        const uploads = performance.getEntriesByType('resource').filter(({name}) => /\/upload\?/.test(name));
+        return Math.max(...uploads.map(({startTime: moment}) => uploads.filter((other) =>
+            other.startTime <= moment && other.responseEnd > moment).length));
+    });
+}
+
+for (const [kind, sizes, most] of [
+    ['small photos travel in pairs', [0.3, 0.3, 0.3, 0.3, 0.3, 0.3], 2],
+    ['large photos travel alone', [9, 9, 9], 1],
+    ['a small photo does not travel beside a large one', [9, 0.3, 9, 0.3], 1],
+]) {
+    test(kind, async () => {
+        const files = sizes.map((size, index) => photo(folder, `${index}.JPG`, size * megabyte));
+        const page = await phone.open(computer.url);
+        await admitted(page);
+        await Phone.pick(page, files);
+        await mood(page, 'done');
+        assert.strictEqual(await mostAtOnce(page), most);
+        assertAllStored(files);
+    });
+}
+
+test('the texts are asked for before and after a batch', async () => {
+    const page = await phone.open(computer.url);
+    await admitted(page);
+    const requests = [];
+    page.on('request', (request) => {
+        const {pathname} = new URL(request.url());
+        if (/json|upload/.test(pathname))
+            requests.push(`${request.method()} ${pathname}`);
+    });
+    await Phone.pick(page, photos(3));
+    await mood(page, 'done');
+    while (requests.length < 5)
+        await page.waitForEvent('request');
+    assert.deepStrictEqual(requests, ['GET /translations.json', 'POST /upload', 'POST /upload',
+        'POST /upload', 'GET /translations.json']);
+});
+
 test('more photos follow without a new scan, and nothing is replaced', async () => {
     const page = await phone.open(computer.url);
     await admitted(page);
@@ -253,6 +295,8 @@ test('more photos follow without a new scan, and nothing is replaced', async () 
     const third = photo(folder, 'image.jpg', 300000);
     await Phone.pick(page, [first]);
     await mood(page, 'done');
+    // Emptied, or the browser would not tell of the same photo again.
+    assert.strictEqual(await page.evaluate(() => document.getElementById('file').files.length), 0);
     await Phone.pick(page, [second]);
     await rows(page, 'done', 2);
     await mood(page, 'done');
@@ -289,6 +333,11 @@ test('a link cut in mid-batch is told, and the batch goes on when it is back', a
     await Phone.throttle(page, megabyte);
     await Phone.pick(page, files);
     await rows(page, 'done', 3);
+    const failedPictures = [];
+    page.on('requestfailed', (request) => {
+        if (/\/img\//.test(request.url()))
+            failedPictures.push(request.url());
+    });
     phone.cutLink();
     await mood(page, 'lost');
 
@@ -296,6 +345,7 @@ test('a link cut in mid-batch is told, and the batch goes on when it is back', a
     assert.strictEqual((await states(page)).length, 12);
     await rows(page, 'failed', 1);
     assert.strictEqual(await page.locator('li[data-state="failed"] .retry').first().isVisible(), true);
+    assert.deepStrictEqual(failedPictures, []); // they came with the page
     await screenshot(page, 'link-cut');
     phone.restoreLink();
     await mood(page, 'done');
@@ -714,6 +764,27 @@ for (const [name, answer] of [
         });
     });
 }
+
+test('a computer that takes a photo and never answers is given up after a minute', async () => {
+    let attempts = 0;
+    const upload = () => { attempts += 1; };
+    await withPeer({'/translations.json': answerTexts, '/upload': upload}, async (peer) => {
+        const page = await phone.context.newPage();
+        await page.clock.install();
+        await page.goto(peer.url);
+        await admitted(page);
+        await Phone.pick(page, photos(1));
+        await rows(page, 'sending', 1);
+        await page.waitForFunction(() => document.querySelector('li progress').value === 99);
+        await page.clock.fastForward(50000);
+        assert.deepStrictEqual(await states(page), ['sending']);
+        assert.strictEqual(attempts, 1);
+        await page.clock.fastForward(11000);
+        await rows(page, 'retrying', 1);
+        await page.clock.fastForward(1000);
+        await rows(page, 'sending', 1);
+    });
+});
 
 test('texts are shown as they are, never as HTML', async () => {
     const marked = {...texts, textGreeting: '<img src=x onerror=alert(1)>', textButton: '<b>x</b>'};
