@@ -133,26 +133,25 @@ void relay()
     expect(asked >= workerCount + 1, "a password per thread and a certificate at least");
 }
 
-/// The list of trusted hosts, without Qt's frames in between.
+/// The list of trusted hosts, without Qt's frames in between. Each worker answers itself, so that
+/// nothing but the list's own lock orders them.
 void trustedHosts()
 {
-    using Relay = VXNetworkAccessManagerSignalDispatcher;
-    QObject answerer;
-    QObject::connect(
-        Relay::instance(), &Relay::askIgnoreSSLErrors, &answerer,
-        [](const QString&, const QStringList&, bool* theResult) { *theResult = true; });
-    inWorkers(
-        [](int theNumber) {
-            VXNetworkAccessManager* const manager = VXNetworkAccessManager::threadInstance();
-            for (int i = 0; i < 10; ++i) {
-                const QUrl url(u"https://127.0.0.2:%1/"_s.arg(i % 2 ? i : 100 * theNumber + i + 1));
-                const std::unique_ptr<QNetworkReply> reply(manager->get(QNetworkRequest(url)));
-                manager->handleSslErrors(reply.get(),
-                                         {QSslError(QSslError::SelfSignedCertificate)});
-            }
-            VXNetworkAccessManager::releaseThreadInstance();
-        },
-        [] { QCoreApplication::processEvents(QEventLoop::AllEvents, 20); });
+    using Manager = VXNetworkAccessManager;
+    inWorkers([](int theNumber) {
+        Manager* const manager = Manager::threadInstance();
+        manager->disconnect(VXNetworkAccessManagerSignalDispatcher::instance());
+        QObject::connect(
+            manager, &Manager::askIgnoreSSLErrors, manager,
+            [](const QString&, const QStringList&, bool* theResult) { *theResult = true; },
+            Qt::DirectConnection);
+        for (int i = 0; i < 10; ++i) {
+            const QUrl url(u"https://127.0.0.2:%1/"_s.arg(i % 2 ? i : 100 * theNumber + i + 1));
+            const std::unique_ptr<QNetworkReply> reply(manager->get(QNetworkRequest(url)));
+            manager->handleSslErrors(reply.get(), {QSslError(QSslError::SelfSignedCertificate)});
+        }
+        Manager::releaseThreadInstance();
+    });
 }
 
 /// Texts, tables and settings are asked for the first time by all threads at once.
