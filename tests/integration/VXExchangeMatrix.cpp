@@ -27,11 +27,16 @@ VXExchangeMatrix::VXExchangeMatrix()
 
 void VXExchangeMatrix::inThread(const std::function<void()>& theFunction) const
 {
+    inThread(myIsWorker, theFunction);
+}
+
+void VXExchangeMatrix::inThread(bool theIsWorker, const std::function<void()>& theFunction)
+{
     const auto runAndRelease = [&theFunction] {
         theFunction();
         VXNetworkAccessManager::releaseThreadInstance(); // with its passwords and connections
     };
-    if (!myIsWorker) {
+    if (!theIsWorker) {
         runAndRelease();
         return;
     }

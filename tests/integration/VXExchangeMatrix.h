@@ -45,6 +45,8 @@ public:
     /// Calls the function in the thread of the row, where a manager without history serves it, and
     /// runs the event loop of the GUI thread meanwhile. Returns when the function has.
     void inThread(const std::function<void()>& theFunction) const;
+    /// The same without a row.
+    static void inThread(bool theIsWorker, const std::function<void()>& theFunction);
     /// inThread() with an exchange.
     [[nodiscard]] Outcome run(const std::function<Outcome()>& theExchange) const;
 

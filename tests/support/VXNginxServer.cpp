@@ -126,6 +126,7 @@ QStringList VXNginxServer::neededFiles() const
 
 VXForeignServer::Launch VXNginxServer::prepare()
 {
+    QFile::remove(filePath(u"records"_s));
     writeFile(u"nginx.conf"_s, configuration());
     return {u"/usr/sbin/nginx"_s,
             {u"-p"_s, filePath({}), u"-c"_s, filePath(u"nginx.conf"_s), u"-e"_s, u"stderr"_s}};

@@ -33,9 +33,9 @@ public:
     /// Serves a file that lies elsewhere.
     void linkDocument(const QString& thePath, const QString& theFile) const;
 
-    /// One record for each request that has ended, in that order: port, connection (number),
-    /// request (number within the connection), method, uri, status, protocol, host, agent,
-    /// connectionHeader, encoding (of the answer), received and sent (bytes).
+    /// One record for each request that has ended since the start, in that order: port, connection
+    /// (number), request (number within the connection), method, uri, status, protocol, host,
+    /// agent, connectionHeader, encoding (of the answer), received and sent (bytes).
     [[nodiscard]] QList<QJsonObject> records() const;
 
 protected:

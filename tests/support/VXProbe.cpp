@@ -20,12 +20,12 @@ void VXProbe::print(const QString& theLine)
     std::puts(line.toUtf8().constData());
 }
 
-QStringList VXProbe::run(const QString& theName)
+QStringList VXProbe::run(const QString& theName, std::chrono::milliseconds theTime)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(QCoreApplication::applicationFilePath(), {probeOption, theName});
-    if (!process.waitForFinished())
+    if (!process.waitForFinished(static_cast<int>(theTime.count())))
         return {u"PROBE FAILED: %1"_s.arg(process.errorString())};
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         return {u"PROBE FAILED: status %1"_s.arg(process.exitCode())};

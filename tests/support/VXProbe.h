@@ -5,6 +5,8 @@
 #include <QtCore/QHash>
 #include <QtCore/QStringList>
 
+#include <chrono>
+
 /// What must happen in a process of its own, for instance because the library does it once: the
 /// test program starts itself again with the name of a probe and reads what that prints.
 class VXProbe
@@ -18,8 +20,10 @@ public:
     static void print(const QString& theLine);
 
     /// Starts this program with the probe's name, in the private home of this process. Returns the
-    /// printed lines; one line that begins with "PROBE FAILED" when it did not end with status 0.
-    static QStringList run(const QString& theName);
+    /// printed lines; one line that begins with "PROBE FAILED" when it did not end with status 0
+    /// in time.
+    static QStringList run(const QString& theName,
+                           std::chrono::milliseconds theTime = std::chrono::seconds(30));
 
     /// The probe that the command line names; null when this is the test run itself.
     static Function wanted(int theArgumentCount, char* theArguments[],
