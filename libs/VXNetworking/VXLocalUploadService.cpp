@@ -175,7 +175,7 @@ QJsonObject VXLocalUploadService::translations() const
 
 QString VXLocalUploadService::validToken(const QHttpServerRequest& theRequest)
 {
-    const QString query = theRequest.url().query(QUrl::FullyEncoded);
+    QString query = theRequest.url().query(QUrl::FullyEncoded);
     if (query == myToken) {
         mySessions.insert(theRequest.remoteAddress(), query);
         generateToken();
@@ -216,10 +216,10 @@ QString VXLocalUploadService::boldify(const QString& theText)
     return u"<b>"_s + theText + u"</b>"_s;
 }
 
-void VXLocalUploadService::log(const QString& text)
+void VXLocalUploadService::log(const QString& theText)
 {
-    qDebug().noquote() << text;
-    Q_EMIT doLog(text);
+    qDebug().noquote() << theText;
+    Q_EMIT doLog(theText);
 }
 
 void VXLocalUploadService::nextConnection()

@@ -79,6 +79,9 @@ public:
     /// theText between "<b>" and "</b>", otherwise as it is.
     [[nodiscard]] static QString boldify(const QString& theText);
 
+    // Signals and slots name their arguments for whoever reads the meta-object.
+    // NOLINTBEGIN(readability-identifier-naming)
+
     /// Writes text to the debug log and emits doLog().
     void log(const QString& text);
 
@@ -97,6 +100,8 @@ Q_SIGNALS:
     /// joined with ", ", empty if none; index and count tell which of the candidate addresses is
     /// in use. With an empty url there is no usable interface, and wifiName is a text for the user.
     void urlChanged(const QUrl& url, const QString& wifiName, int index, int count);
+
+    // NOLINTEND(readability-identifier-naming)
 
 public Q_SLOTS:
     /// Moves on to the next candidate address, after the last to the first, and listens there.

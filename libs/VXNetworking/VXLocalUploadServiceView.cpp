@@ -182,13 +182,13 @@ void VXLocalUploadServiceView::chooseTargetFolder()
     logAction(u"chooseTarget "_s + folder);
 }
 
-void VXLocalUploadServiceView::log(const QString& text)
+void VXLocalUploadServiceView::log(const QString& theText)
 {
-    qDebug().noquote() << text;
+    qDebug().noquote() << theText;
     if (!myLogBrowser)
         return;
     myLogBrowser->moveCursor(QTextCursor::End);
-    myLogBrowser->insertHtml(text + u"<br>"_s);
+    myLogBrowser->insertHtml(theText + u"<br>"_s);
     trimLog();
 }
 
@@ -203,32 +203,32 @@ void VXLocalUploadServiceView::trimLog()
     oldest.removeSelectedText();
 }
 
-void VXLocalUploadServiceView::onUrlChanged(const QUrl& url, const QString& wifiName, int index,
-                                            int count)
+void VXLocalUploadServiceView::onUrlChanged(const QUrl& theUrl, const QString& theWifiName,
+                                            int theIndex, int theCount)
 {
     if (!myDialog)
         return;
-    myQRCodeWidget->setUrl(url, wifiName);
+    myQRCodeWidget->setUrl(theUrl, theWifiName);
 
-    const bool hasChoice = count >= 2;
+    const bool hasChoice = theCount >= 2;
     myConnectionButton->setVisible(hasChoice);
     if (hasChoice)
-        myConnectionButton->setText(tr("Verbindung %1 von %2").arg(index + 1).arg(count));
+        myConnectionButton->setText(tr("Verbindung %1 von %2").arg(theIndex + 1).arg(theCount));
 
-    myNetworkLabel->setVisible(!wifiName.isEmpty());
-    if (!wifiName.isEmpty())
-        myNetworkLabel->setText(wifiName);
+    myNetworkLabel->setVisible(!theWifiName.isEmpty());
+    if (!theWifiName.isEmpty())
+        myNetworkLabel->setText(theWifiName);
 }
 
-bool VXLocalUploadServiceView::eventFilter(QObject* watched, QEvent* event)
+bool VXLocalUploadServiceView::eventFilter(QObject* theObject, QEvent* theEvent)
 {
-    if (watched == myDialog) {
-        if (event->type() == QEvent::Show)
-            myRefreshTimer.start();
-        else if (event->type() == QEvent::Hide)
-            myRefreshTimer.stop();
-    }
-    return QObject::eventFilter(watched, event);
+    // The kind of event first: while the dialog is being destroyed it sends others, and then it is
+    // no QDialog any more.
+    if (theEvent->type() == QEvent::Show && theObject == myDialog)
+        myRefreshTimer.start();
+    else if (theEvent->type() == QEvent::Hide && theObject == myDialog)
+        myRefreshTimer.stop();
+    return QObject::eventFilter(theObject, theEvent);
 }
 
 QString VXLocalUploadServiceView::boldify(const QString& theText)

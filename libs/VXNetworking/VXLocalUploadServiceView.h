@@ -44,10 +44,13 @@ public:
     void init();
 
     /// Looks after the dialog: its interfaces are watched only while it is visible.
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool eventFilter(QObject* theObject, QEvent* theEvent) override;
 
     /// theText between "<b>" and "</b>", otherwise as it is.
     [[nodiscard]] QString boldify(const QString& theText);
+
+    // Signals and slots name their arguments for whoever reads the meta-object.
+    // NOLINTBEGIN(readability-identifier-naming)
 
 Q_SIGNALS:
     /// A photo was received, see VXLocalUploadService::filesUploaded().
@@ -62,6 +65,8 @@ public Q_SLOTS:
 
     /// Shows another address, see VXLocalUploadService::urlChanged().
     void onUrlChanged(const QUrl& url, const QString& wifiName, int index, int count);
+
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     void fillDialog();
