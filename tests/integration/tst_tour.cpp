@@ -6,7 +6,14 @@
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QSemaphore>
 #include <QtGui/QImage>
+#include <QtNetwork/QTcpServer>
+#include <QtNetwork/QTcpSocket>
+
+#include <atomic>
+#include <memory>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -25,6 +32,57 @@ QStringList tour(const QString& theFolder, const QStringList& theOptions = {},
            theArguments;
 }
 
+/// Stands before the simulator's control port and alters what it tells, byte for byte.
+class FalsifyingControl
+{
+    Q_DISABLE_COPY_MOVE(FalsifyingControl)
+
+public:
+    /// `theFalse` must be as long as `theTrue`.
+    FalsifyingControl(quint16 theRealPort, const QByteArray& theTrue, const QByteArray& theFalse)
+        : myThread(
+              [this, theRealPort, theTrue, theFalse] { serve(theRealPort, theTrue, theFalse); })
+    {
+        myIsListening.acquire();
+    }
+    ~FalsifyingControl()
+    {
+        myIsEnding = true;
+        myThread.join();
+    }
+
+    [[nodiscard]] int port() const { return myPort; }
+
+private:
+    void serve(quint16 theRealPort, const QByteArray& theTrue, const QByteArray& theFalse)
+    {
+        QTcpServer server;
+        server.listen(QHostAddress::LocalHost);
+        myPort = server.serverPort();
+        myIsListening.release();
+        while (!myIsEnding) {
+            if (!server.waitForNewConnection(20))
+                continue;
+            const std::unique_ptr<QTcpSocket> client(server.nextPendingConnection());
+            QTcpSocket real;
+            real.connectToHost(QHostAddress::LocalHost, theRealPort);
+            real.waitForConnected();
+            while (!myIsEnding && client->state() == QTcpSocket::ConnectedState) {
+                client->waitForReadyRead(5);
+                real.write(client->readAll());
+                real.waitForReadyRead(5);
+                client->write(real.readAll().replace(theTrue, theFalse));
+                client->flush();
+            }
+        }
+    }
+
+    std::atomic<int> myPort = 0;
+    std::atomic<bool> myIsEnding = false;
+    QSemaphore myIsListening;
+    std::thread myThread; // last: it uses the others
+};
+
 } // namespace
 
 class tst_tour : public QObject
@@ -36,6 +94,8 @@ private Q_SLOTS:
     void tourStartsItsOwnSimulator();
     void falsifiedAnswerEndsTourWithStatus5_data();
     void falsifiedAnswerEndsTourWithStatus5();
+    void otherRecordEndsTourWithStatus5_data();
+    void otherRecordEndsTourWithStatus5();
     void nothingSecretIsWritten();
     void unknownGroupIsWrongUsage();
     void folderThatCannotBeMadeIsWrongUsage();
@@ -125,6 +185,42 @@ void tst_tour::falsifiedAnswerEndsTourWithStatus5()
     QVERIFY(run.result().value(u"failed"_s).toInt() > 0);
     QVERIFY(run.standardError().contains(u"  NO"_s));
     QVERIFY(content(folder.filePath(u"index.html"_s)).contains("class=\"bad\""));
+}
+
+void tst_tour::otherRecordEndsTourWithStatus5_data()
+{
+    QTest::addColumn<QByteArray>("truth");
+    QTest::addColumn<QByteArray>("lie");
+    QTest::addColumn<int>("exitCode");
+
+    QTest::newRow("nothing altered") << QByteArray("nowhere") << QByteArray("nowhere") << 0;
+    QTest::newRow("header") << QByteArray("disable-keep-alive") << QByteArray("disable-keep-alivf")
+                            << 5;
+    QTest::newRow("method") << QByteArray("\"POST\"") << QByteArray("\"PULL\"") << 5;
+    QTest::newRow("address") << QByteArray("/echo") << QByteArray("/ecco") << 5;
+    QTest::newRow("body") << QByteArray("bodySha256") << QByteArray("bodySha257") << 5;
+}
+
+void tst_tour::otherRecordEndsTourWithStatus5()
+{
+    QFETCH(QByteArray, truth);
+    QFETCH(QByteArray, lie);
+    QFETCH(int, exitCode);
+
+    const VXSimulatorProcess simulator;
+    QVERIFY2(simulator.errorText().isEmpty(), qPrintable(simulator.errorText()));
+    const FalsifyingControl control(static_cast<quint16>(simulator.port(u"control"_s)), truth, lie);
+    const QTemporaryDir folder;
+    QJsonObject ready = simulator.ready();
+    ready.insert(u"control"_s, control.port());
+    QFile readyFile(folder.filePath(u"ready.json"_s));
+    QVERIFY(readyFile.open(QIODevice::WriteOnly));
+    readyFile.write(QJsonDocument(ready).toJson());
+    readyFile.close();
+
+    const VXSampleRun run(
+        tour(folder.path(), {u"--simulator"_s, readyFile.fileName()}, {u"--only"_s, u"methods"_s}));
+    QVERIFY2(run.exitCode() == exitCode, qPrintable(run.standardError()));
 }
 
 void tst_tour::nothingSecretIsWritten()
