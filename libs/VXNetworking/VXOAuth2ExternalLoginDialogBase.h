@@ -1,0 +1,53 @@
+#pragma once
+
+#include "VXNetworkingExport.h"
+
+#include <QtCore/QString>
+#include <QtCore/QUrl>
+#include <QtWidgets/QDialog>
+
+class QLabel;
+class QPushButton;
+
+/// The hint that a login goes on in the user's own browser, with a button that gives it up.
+///
+/// Opens nothing and listens to nobody: VXOAuth2ExternalLoginDialog does. Its parent is the
+/// application's active window. GUI thread only.
+class VXNETWORKING_EXPORT VXOAuth2ExternalLoginDialogBase : public QDialog
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(VXOAuth2ExternalLoginDialogBase)
+
+public:
+    /// theLoginUrl is the provider's page for the user, theServiceName what users call the
+    /// provider. A picture "ico_logo_<name>" is shown where there is one; its name is the service's
+    /// in lower case with "_" for blanks.
+    VXOAuth2ExternalLoginDialogBase(const QUrl& theLoginUrl, const QString& theServiceName);
+    ~VXOAuth2ExternalLoginDialogBase() override;
+
+    /// Whether this build can log in by OAuth2: always.
+    [[nodiscard]] static bool oauth2Possible();
+
+    [[nodiscard]] QUrl loginUrl() const { return myLoginUrl; }
+
+    /// The authorisation code (RFC 6749, 4.1.2), empty until one was caught.
+    [[nodiscard]] QString accessCode() const { return myAccessCode; }
+    void setAccessCode(const QString& theCode) { myAccessCode = theCode; }
+
+    /// Each builds a part of the dialog, a new widget that theParent owns.
+    [[nodiscard]] QWidget* createWidget(QWidget* theParent);
+    [[nodiscard]] QWidget* createIconPane(QWidget* theParent) const;
+    [[nodiscard]] QWidget* createContentWidget(QWidget* theParent);
+    [[nodiscard]] QLabel* createHeaderLabel(QWidget* theParent) const;
+    [[nodiscard]] QWidget* createIconWidget(QWidget* theParent) const;
+    [[nodiscard]] QWidget* createIcon(QWidget* theParent) const;
+    [[nodiscard]] QWidget* createInfoWidget(QWidget* theParent) const;
+    [[nodiscard]] QPushButton* createAbortButton(QWidget* theParent) const;
+
+private:
+    [[nodiscard]] QString serviceKey() const;
+
+    QUrl myLoginUrl;
+    QString myServiceName;
+    QString myAccessCode;
+};
