@@ -45,6 +45,7 @@ QString VXSimulator::applyScenario(const QJsonObject& theObject)
 QString VXSimulator::start(const Setup& theSetup)
 {
     myBind = theSetup.bind;
+    myBudget = std::make_unique<VXSimulatorBudget>(theSetup.limits.unfinishedBodies);
     const VXSimulatorCertificates certificates(
         theSetup.certificates.isEmpty() ? myCertificates.path() : theSetup.certificates);
     if (!certificates.isComplete()) {
@@ -58,10 +59,11 @@ QString VXSimulator::start(const Setup& theSetup)
                {u"pid"_s, QCoreApplication::applicationPid()}};
 
     auto* http = new VXSimulatorListener(
-        u"http"_s, [this](const VXSimulatorRequest& r) { return serve(r); }, this);
+        u"http"_s, [this](const VXSimulatorRequest& r) { return serve(r); }, theSetup.limits,
+        *myBudget, this);
     auto* control = new VXSimulatorListener(
         u"control"_s, [this](const VXSimulatorRequest& r) { return myControlRouter.answer(r); },
-        this);
+        theSetup.limits, *myBudget, this);
     const QString errors[]{
         open(http, theSetup.http, myReady),
         openTls(theSetup, certificates),
@@ -83,7 +85,8 @@ QString VXSimulator::openTls(const Setup& theSetup, const VXSimulatorCertificate
         if (configuration.localCertificate().isNull())
             return u"the certificate or key \"%1\" cannot be read"_s.arg(name);
         auto* listener = new VXSimulatorListener(
-            u"https-"_s + name, [this](const VXSimulatorRequest& r) { return serve(r); }, this);
+            u"https-"_s + name, [this](const VXSimulatorRequest& r) { return serve(r); },
+            theSetup.limits, *myBudget, this);
         listener->setTls(configuration);
         QJsonObject opened;
         if (const QString error = open(listener, port, opened); !error.isEmpty())
@@ -109,10 +112,10 @@ QString VXSimulator::openProxies(const Setup& theSetup)
     };
     auto* proxy = new VXSimulatorGate(
         u"proxy"_s, [](QTcpSocket* s, VXSimulatorGate* g) { return new VXSimulatorProxy(s, g); },
-        myState, *myTargets, recorder, this);
+        myState, *myTargets, recorder, theSetup.limits, *myBudget, this);
     auto* socks = new VXSimulatorGate(
         u"socks"_s, [](QTcpSocket* s, VXSimulatorGate* g) { return new VXSimulatorSocks(s, g); },
-        myState, *myTargets, recorder, this);
+        myState, *myTargets, recorder, theSetup.limits, *myBudget, this);
     const QString error = open(proxy, theSetup.proxy, myReady);
     return error.isEmpty() ? open(socks, theSetup.socks, myReady) : error;
 }
@@ -140,9 +143,9 @@ VXSimulatorResponse VXSimulator::serve(const VXSimulatorRequest& theRequest)
         (response.fault == VXSimulatorResponse::Fault::Reset && response.faultAfter < 0);
     const int status = isSilent ? 0 : response.status;
     myRecorder.setStatus(number, status);
-    Q_EMIT requestServed(u"%1 %2 %3 -> %4"_s.arg(theRequest.listener,
-                                                 QString::fromLatin1(theRequest.method),
-                                                 theRequest.path(), QString::number(status)));
+    Q_EMIT requestServed(u"%1 %2 %3 -> %4"_s.arg(
+        theRequest.listener, QString::fromLatin1(theRequest.method),
+        QString::fromLatin1(theRequest.rawPath()), QString::number(status)));
     return response;
 }
 
@@ -160,9 +163,9 @@ VXSimulatorResponse VXSimulator::routed(const VXSimulatorRequest& theRequest)
 void VXSimulator::record(const VXSimulatorRequest& theRequest, int theStatus)
 {
     myRecorder.setStatus(myRecorder.add(theRequest), theStatus);
-    Q_EMIT requestServed(
-        u"%1 %2 %3 -> %4"_s.arg(theRequest.listener, QString::fromLatin1(theRequest.method),
-                                QString::fromUtf8(theRequest.target), QString::number(theStatus)));
+    Q_EMIT requestServed(u"%1 %2 %3 -> %4"_s.arg(
+        theRequest.listener, QString::fromLatin1(theRequest.method),
+        QString::fromLatin1(theRequest.target.split('?').first()), QString::number(theStatus)));
 }
 
 QJsonObject VXSimulator::handshakes() const

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "VXSimulatorBudget.h"
 #include "VXSimulatorControl.h"
 #include "VXSimulatorHttp.h"
+#include "VXSimulatorLimits.h"
 #include "VXSimulatorOAuth.h"
 #include "VXSimulatorOrders.h"
 #include "VXSimulatorRecorder.h"
@@ -35,6 +37,7 @@ public:
         quint16 socks = 0;
         quint16 control = 0;
         QString certificates; ///< folder; empty: a temporary one
+        VXSimulatorLimits limits;
     };
 
     explicit VXSimulator(QObject* theParent = nullptr);
@@ -74,6 +77,7 @@ private:
     VXSimulatorRouter myRouter;
     VXSimulatorRouter myControlRouter;
     std::unique_ptr<VXSimulatorTargets> myTargets;
+    std::unique_ptr<VXSimulatorBudget> myBudget;
     QTemporaryDir myCertificates;
     QList<VXSimulatorListener*> myTlsListeners; // children of this
     QJsonObject myReady;

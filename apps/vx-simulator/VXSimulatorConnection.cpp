@@ -1,6 +1,8 @@
 #include "VXSimulatorConnection.h"
 
+#include "VXSimulatorFarewell.h"
 #include "VXSimulatorListener.h"
+#include "VXSimulatorPatience.h"
 
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QSslSocket>
@@ -20,7 +22,6 @@ namespace {
 constexpr qint64 readAtOnce = 1024 * 1024;
 constexpr qint64 writeAhead = 256 * 1024;
 constexpr auto paceInterval = 20ms;
-constexpr auto patience = 5min;
 
 } // namespace
 
@@ -29,6 +30,8 @@ VXSimulatorConnection::VXSimulatorConnection(QTcpSocket* theSocket,
     : QObject(theListener)
     , myListener(theListener)
     , mySocket(theSocket)
+    , myPatience(new VXSimulatorPatience(theSocket, theListener->limits().idle))
+    , myShare(theListener->budget())
 {
     mySocket->setParent(this);
     mySocket->setReadBufferSize(readAtOnce);
@@ -38,29 +41,25 @@ VXSimulatorConnection::VXSimulatorConnection(QTcpSocket* theSocket,
         connect(secure, &QSslSocket::encryptedBytesWritten, this, &VXSimulatorConnection::pump);
     connect(mySocket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     myPace.setTimerType(Qt::PreciseTimer);
-    connect(&myPatience, &QTimer::timeout, mySocket, &QTcpSocket::abort);
-    myPatience.setSingleShot(true);
-    myPatience.start(patience);
 }
 
 VXSimulatorConnection::~VXSimulatorConnection()
 {
     mySocket->disconnect(this);
-    leaveBody();
 }
 
 void VXSimulatorConnection::readMore()
 {
+    if (myIsBusy && myResponse.fault == VXSimulatorResponse::Fault::Never)
+        mySocket->skip(mySocket->bytesAvailable()); // or its leaving would not be seen
     if (myIsBusy || myIsClosing)
         return; // what follows stays in the socket's bounded buffer
-    myPatience.start(patience);
     myInput += mySocket->readAll();
     const auto state = myParser.feed(myInput);
     if (state == VXSimulatorRequestParser::State::Failed)
         return refuse(myParser.refusal());
-    holdBody();
-    if (myIsClosing)
-        return;
+    if (!myShare.resize(myParser.bodyBytes()))
+        return refuse(503);
     if (myParser.expectsContinue() && !myHasContinued) {
         myHasContinued = true;
         mySocket->write("HTTP/1.1 100 Continue\r\n\r\n");
@@ -69,24 +68,10 @@ void VXSimulatorConnection::readMore()
         answer();
 }
 
-void VXSimulatorConnection::holdBody()
-{
-    const qint64 more = myParser.bodyBytes() - myHeldBytes;
-    if (!myListener->hold(more))
-        return refuse(503);
-    myHeldBytes += more;
-}
-
-void VXSimulatorConnection::leaveBody()
-{
-    myListener->hold(-myHeldBytes);
-    myHeldBytes = 0;
-}
-
 void VXSimulatorConnection::answer()
 {
     myIsBusy = true;
-    myPatience.stop();
+    myPatience->pause();
     VXSimulatorRequest request = myParser.take();
     request.listener = myListener->name();
     request.peer =
@@ -97,7 +82,7 @@ void VXSimulatorConnection::answer()
     myGoal = request.method == "HEAD" || myResponse.isBodyless() ? 0 : myResponse.size();
     if (myResponse.fault != VXSimulatorResponse::Fault::None)
         myGoal = std::clamp<qint64>(myResponse.faultAfter, 0, myGoal);
-    leaveBody();
+    myShare.resize(0);
     if (myResponse.fault == VXSimulatorResponse::Fault::Never)
         return;
     if (myResponse.delayMs > 0)
@@ -114,6 +99,7 @@ void VXSimulatorConnection::refuse(int theStatus)
     myResponse.isClosing = true;
     myGoal = myResponse.size();
     myIsClosing = true;
+    myIsRefusing = true;
     begin();
 }
 
@@ -121,6 +107,7 @@ void VXSimulatorConnection::begin()
 {
     mySent = 0;
     myIsWriting = true;
+    myPatience->resume();
     if (myResponse.faultAfter >= 0)
         mySocket->write(myResponse.head());
     if (myResponse.bytesPerSecond > 0 && myGoal > 0) {
@@ -173,7 +160,10 @@ void VXSimulatorConnection::finish()
     if (!myResponse.isClosing)
         return nextRequest();
     myIsClosing = true;
-    mySocket->disconnectFromHost();
+    if (myIsRefusing)
+        new VXSimulatorFarewell(mySocket); // child of the socket
+    else
+        mySocket->disconnectFromHost();
 }
 
 void VXSimulatorConnection::finishFault()

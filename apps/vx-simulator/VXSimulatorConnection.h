@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VXSimulatorBudget.h"
 #include "VXSimulatorRequestParser.h"
 #include "VXSimulatorResponse.h"
 
@@ -9,6 +10,7 @@
 
 class QTcpSocket;
 class VXSimulatorListener;
+class VXSimulatorPatience;
 
 /// One client of a listener: reads requests one after the other, has each answered and writes
 /// the answer with its speed and its faults. It deletes itself when the client has left.
@@ -34,23 +36,22 @@ private:
     void finishFault();
     void resetWhenDrained();
     void nextRequest();
-    void holdBody();
-    void leaveBody();
     [[nodiscard]] qint64 pendingBytes() const;
 
     VXSimulatorListener* myListener = nullptr; // parent
     QTcpSocket* mySocket = nullptr;            // child of this
+    VXSimulatorPatience* myPatience = nullptr; // child of the socket
+    VXSimulatorBudget::Share myShare;          // of the memory for bodies
     QByteArray myInput;
     VXSimulatorRequestParser myParser;
     VXSimulatorResponse myResponse;
-    QTimer myPace;     // next piece of a slow body; drained yet?
-    QTimer myPatience; // a client that does not go on
+    QTimer myPace; // next piece of a slow body; drained yet?
     QElapsedTimer myClock;
-    qint64 myHeldBytes = 0; // of the listener's memory
-    qint64 mySent = 0;      // bytes of the body written so far
-    qint64 myGoal = 0;      // bytes of the body to write
-    bool myIsBusy = false;  // between a request and the end of its answer
+    qint64 mySent = 0;     // bytes of the body written so far
+    qint64 myGoal = 0;     // bytes of the body to write
+    bool myIsBusy = false; // between a request and the end of its answer
     bool myIsWriting = false;
     bool myHasContinued = false;
     bool myIsClosing = false;
+    bool myIsRefusing = false; // the client may still be sending what nobody will read
 };

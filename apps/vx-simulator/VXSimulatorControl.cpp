@@ -21,7 +21,8 @@ std::optional<QJsonObject> bodyOf(const Request& theRequest)
 {
     if (theRequest.body.isEmpty())
         return QJsonObject();
-    const QJsonDocument document = QJsonDocument::fromJson(theRequest.body);
+    const bool isReadable = theRequest.body.size() <= Request::maximumReadableBytes;
+    const auto document = isReadable ? QJsonDocument::fromJson(theRequest.body) : QJsonDocument();
     if (!document.isObject())
         return std::nullopt;
     return document.object();

@@ -8,12 +8,15 @@
 VXSimulatorGate::VXSimulatorGate(const QString& theName, Factory theFactory,
                                  const VXSimulatorState& theState,
                                  const VXSimulatorTargets& theTargets, Recorder theRecorder,
+                                 const VXSimulatorLimits& theLimits, VXSimulatorBudget& theBudget,
                                  QObject* theParent)
     : QTcpServer(theParent)
     , myFactory(std::move(theFactory))
     , myState(theState)
     , myTargets(theTargets)
     , myRecorder(std::move(theRecorder))
+    , myLimits(theLimits)
+    , myBudget(theBudget)
 {
     setObjectName(theName);
     setProxy(QNetworkProxy::NoProxy); // a proxy chosen in the same process must not listen for us
@@ -31,7 +34,7 @@ void VXSimulatorGate::record(VXSimulatorRequest theRequest, const QTcpSocket* th
 void VXSimulatorGate::incomingConnection(qintptr theDescriptor)
 {
     auto* socket = new QTcpSocket(this);
-    if (!socket->setSocketDescriptor(theDescriptor) || myClients >= maximumClients) {
+    if (!socket->setSocketDescriptor(theDescriptor) || myClients >= myLimits.clients) {
         socket->abort();
         delete socket;
         return;

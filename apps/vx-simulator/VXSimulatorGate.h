@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VXSimulatorBudget.h"
+#include "VXSimulatorLimits.h"
 #include "VXSimulatorRequest.h"
 #include "VXSimulatorTargets.h"
 
@@ -22,15 +24,16 @@ public:
     /// Makes the object that serves a client; it is a child of the gate and deletes itself.
     using Factory = std::function<QObject*(QTcpSocket*, VXSimulatorGate*)>;
 
-    /// Most clients at a time; who comes then is hung up on.
-    static constexpr int maximumClients = 500;
-
-    /// State and targets must outlive this object.
+    /// State, targets and budget, which is for request bodies, must outlive this object.
     VXSimulatorGate(const QString& theName, Factory theFactory, const VXSimulatorState& theState,
-                    const VXSimulatorTargets& theTargets, Recorder theRecorder, QObject* theParent);
+                    const VXSimulatorTargets& theTargets, Recorder theRecorder,
+                    const VXSimulatorLimits& theLimits, VXSimulatorBudget& theBudget,
+                    QObject* theParent);
 
     [[nodiscard]] const VXSimulatorState& state() const { return myState; }
     [[nodiscard]] const VXSimulatorTargets& targets() const { return myTargets; }
+    [[nodiscard]] const VXSimulatorLimits& limits() const { return myLimits; }
+    [[nodiscard]] VXSimulatorBudget& budget() const { return myBudget; }
     /// Records a request under this port's name.
     void record(VXSimulatorRequest theRequest, const QTcpSocket* theClient, int theStatus) const;
 
@@ -42,5 +45,7 @@ private:
     const VXSimulatorState& myState;
     const VXSimulatorTargets& myTargets;
     Recorder myRecorder;
+    VXSimulatorLimits myLimits;
+    VXSimulatorBudget& myBudget;
     int myClients = 0;
 };

@@ -9,9 +9,12 @@
 #include <utility>
 
 VXSimulatorListener::VXSimulatorListener(const QString& theName, Handler theHandler,
-                                         QObject* theParent)
+                                         const VXSimulatorLimits& theLimits,
+                                         VXSimulatorBudget& theBudget, QObject* theParent)
     : QTcpServer(theParent)
     , myHandler(std::move(theHandler))
+    , myLimits(theLimits)
+    , myBudget(theBudget)
 {
     setObjectName(theName);
     setProxy(QNetworkProxy::NoProxy); // a proxy chosen in the same process must not listen for us
@@ -27,18 +30,10 @@ VXSimulatorResponse VXSimulatorListener::answer(const VXSimulatorRequest& theReq
     return myHandler(theRequest);
 }
 
-bool VXSimulatorListener::hold(qint64 theBytes)
-{
-    if (theBytes > 0 && myHeldBytes + theBytes > maximumHeldBytes)
-        return false;
-    myHeldBytes += theBytes;
-    return true;
-}
-
 void VXSimulatorListener::incomingConnection(qintptr theDescriptor)
 {
     QTcpSocket* socket = myTls ? new QSslSocket(this) : new QTcpSocket(this);
-    if (!socket->setSocketDescriptor(theDescriptor) || myConnections >= maximumConnections) {
+    if (!socket->setSocketDescriptor(theDescriptor) || myConnections >= myLimits.clients) {
         socket->abort();
         delete socket;
         return;

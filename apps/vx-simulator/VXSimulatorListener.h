@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VXSimulatorBudget.h"
+#include "VXSimulatorLimits.h"
 #include "VXSimulatorResponse.h"
 
 #include <QtNetwork/QSslConfiguration>
@@ -16,13 +18,11 @@ class VXSimulatorListener : public QTcpServer
 public:
     using Handler = std::function<VXSimulatorResponse(const VXSimulatorRequest&)>;
 
-    /// Most clients at a time; who comes then is hung up on.
-    static constexpr int maximumConnections = 500;
-    /// Most bytes of unfinished request bodies of all clients together.
-    static constexpr qint64 maximumHeldBytes = 1024LL * 1024 * 1024;
-
-    /// A plain port; the name stands in the records.
-    VXSimulatorListener(const QString& theName, Handler theHandler, QObject* theParent);
+    /// A plain port; the name stands in the records. The budget, which is for unfinished request
+    /// bodies, must outlive this object.
+    VXSimulatorListener(const QString& theName, Handler theHandler,
+                        const VXSimulatorLimits& theLimits, VXSimulatorBudget& theBudget,
+                        QObject* theParent);
     /// Makes it a TLS port. Then each connection carries one request, so that each request has a
     /// handshake of its own, and no handshake is shortened by an earlier one.
     void setTls(const QSslConfiguration& theConfiguration);
@@ -30,8 +30,8 @@ public:
     [[nodiscard]] QString name() const { return objectName(); }
     [[nodiscard]] VXSimulatorResponse answer(const VXSimulatorRequest& theRequest) const;
     [[nodiscard]] bool isClosingAlways() const { return myTls.has_value(); }
-    /// Counts bytes of bodies in memory; false when there are too many.
-    bool hold(qint64 theBytes);
+    [[nodiscard]] const VXSimulatorLimits& limits() const { return myLimits; }
+    [[nodiscard]] VXSimulatorBudget& budget() const { return myBudget; }
     [[nodiscard]] int completedHandshakes() const { return myCompletedHandshakes; }
     [[nodiscard]] int failedHandshakes() const { return myFailedHandshakes; }
 
@@ -42,8 +42,9 @@ private:
     void startTls(QSslSocket* theSocket);
 
     Handler myHandler;
+    VXSimulatorLimits myLimits;
+    VXSimulatorBudget& myBudget;
     std::optional<QSslConfiguration> myTls;
-    qint64 myHeldBytes = 0;
     int myConnections = 0;
     int myCompletedHandshakes = 0;
     int myFailedHandshakes = 0;

@@ -68,7 +68,7 @@ std::optional<QJsonArray> VXSimulatorMultipart::parts(const QByteArray& theConte
         const qsizetype head = theBody.indexOf("\r\n", at);
         const qsizetype content = theBody.indexOf("\r\n\r\n", at);
         const qsizetype end = theBody.indexOf("\r\n" + delimiter, content + 2);
-        if (head < 0 || content < 0 || end < 0)
+        if (head < 0 || content < 0 || end < 0 || content - head > maximumPartHeadBytes)
             return std::nullopt;
         list.append(
             describe(theBody.sliced(head, content - head),

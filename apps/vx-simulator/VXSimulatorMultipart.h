@@ -11,6 +11,8 @@ class VXSimulatorMultipart
 public:
     /// Most parts of a body.
     static constexpr int maximumParts = 1000;
+    /// Most bytes of the headers of a part.
+    static constexpr qsizetype maximumPartHeadBytes = 16 * 1024;
 
     /// One object per part: "name", "fileName", "type", "size" and "sha256". Empty when the body
     /// does not have the form that its content type announces.

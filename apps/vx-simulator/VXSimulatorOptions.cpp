@@ -29,6 +29,7 @@ void addOptions(QCommandLineParser& theParser)
         {u"scenario"_s, u"JSON file with users, passwords and behaviours."_s, u"FILE"_s},
         {u"ready-file"_s, u"Write the ready object there, too."_s, u"FILE"_s},
         {u"exit-after"_s, u"End after so many seconds."_s, u"SECONDS"_s},
+        {u"idle"_s, u"Cut connections on which nothing moves for so long (300)."_s, u"SECONDS"_s},
         {u"quiet"_s, u"No line per request on standard error."_s},
         {{u"h"_s, u"help"_s}, u"Show this help."_s},
     });
@@ -55,17 +56,18 @@ QHostAddress bindAddress(const QCommandLineParser& theParser, QString& theError)
     return address;
 }
 
-int exitAfter(const QCommandLineParser& theParser, QString& theError)
+/// An option of seconds in milliseconds; the default unless it is given.
+int milliseconds(const QCommandLineParser& theParser, const QString& theName, int theDefault,
+                 QString& theError)
 {
-    if (!theParser.isSet(u"exit-after"_s))
-        return 0;
+    if (!theParser.isSet(theName))
+        return theDefault;
     bool isNumber = false;
-    const double seconds = theParser.value(u"exit-after"_s).toDouble(&isNumber);
+    const double seconds = theParser.value(theName).toDouble(&isNumber);
     if (isNumber && seconds > 0 && seconds <= longestRunSeconds)
         return std::max(1, static_cast<int>(seconds * 1000));
-    theError =
-        u"--exit-after: \"%1\" is no number of seconds"_s.arg(theParser.value(u"exit-after"_s));
-    return 0;
+    theError = u"--%1: \"%2\" is no number of seconds"_s.arg(theName, theParser.value(theName));
+    return theDefault;
 }
 
 void readCommand(const QStringList& theWords, VXSimulatorOptions& theOptions)
@@ -103,7 +105,10 @@ VXSimulatorOptions VXSimulatorOptions::fromArguments(const QStringList& theArgum
     options.setup.socks = port(parser, u"socks"_s, options.error);
     options.setup.control = port(parser, u"control"_s, options.error);
     options.setup.bind = bindAddress(parser, options.error);
-    options.exitAfterMs = exitAfter(parser, options.error);
+    options.exitAfterMs = milliseconds(parser, u"exit-after"_s, 0, options.error);
+    auto& idle = options.setup.limits.idle;
+    idle = std::chrono::milliseconds(
+        milliseconds(parser, u"idle"_s, static_cast<int>(idle.count()), options.error));
     readCommand(parser.positionalArguments(), options);
     return options;
 }

@@ -1,6 +1,8 @@
 #include "VXSimulatorProxy.h"
 
+#include "VXSimulatorFarewell.h"
 #include "VXSimulatorGate.h"
+#include "VXSimulatorPatience.h"
 #include "VXSimulatorResponse.h"
 #include "VXSimulatorState.h"
 #include "VXSimulatorTunnel.h"
@@ -15,9 +17,11 @@ VXSimulatorProxy::VXSimulatorProxy(QTcpSocket* theSocket, VXSimulatorGate* theGa
     : QObject(theGate)
     , myGate(theGate)
     , myClient(theSocket)
+    , myShare(theGate->budget())
 {
     myClient->setParent(this);
     myClient->setReadBufferSize(1024 * 1024);
+    new VXSimulatorPatience(myClient, myGate->limits().idle); // child of the socket
     connect(myClient, &QTcpSocket::readyRead, this, &VXSimulatorProxy::readMore);
     connect(myClient, &QTcpSocket::disconnected, this, [this] {
         if (!myServer)
@@ -27,12 +31,18 @@ VXSimulatorProxy::VXSimulatorProxy(QTcpSocket* theSocket, VXSimulatorGate* theGa
 
 void VXSimulatorProxy::readMore()
 {
-    if (myServer)
-        return; // what follows belongs to the tunnel
+    if (myServer || myIsClosing)
+        return; // what follows belongs to the tunnel, or to nobody
     myInput += myClient->readAll();
     const auto state = myParser.feed(myInput);
     if (state == VXSimulatorRequestParser::State::Failed)
         return refuse(myParser.request(), myParser.refusal());
+    if (!myShare.resize(myParser.bodyBytes()))
+        return refuse(myParser.request(), 503);
+    if (myParser.expectsContinue() && !myHasContinued) {
+        myHasContinued = true;
+        myClient->write("HTTP/1.1 100 Continue\r\n\r\n");
+    }
     if (state == VXSimulatorRequestParser::State::Complete)
         handle(myParser.take());
 }
@@ -73,8 +83,10 @@ void VXSimulatorProxy::refuse(const VXSimulatorRequest& theRequest, int theStatu
     myClient->write(response.head());
     if (theRequest.method != "HEAD")
         myClient->write(response.body);
-    if (response.isClosing)
-        myClient->disconnectFromHost();
+    myHasContinued = false;
+    myIsClosing = response.isClosing;
+    if (myIsClosing)
+        new VXSimulatorFarewell(myClient); // child of the socket
     else
         QMetaObject::invokeMethod(this, &VXSimulatorProxy::readMore, Qt::QueuedConnection);
 }
@@ -87,6 +99,7 @@ void VXSimulatorProxy::connectTo(const VXSimulatorRequest& theRequest, const QSt
         return refuse(theRequest, 502);
     myServer = new QTcpSocket(this);
     myServer->setProxy(QNetworkProxy::NoProxy);
+    new VXSimulatorPatience(myServer, myGate->limits().idle); // child of the socket
     const auto failed = connect(myServer, &QTcpSocket::errorOccurred, this, [this, theRequest] {
         myServer->deleteLater();
         myServer = nullptr;

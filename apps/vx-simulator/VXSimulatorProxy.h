@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VXSimulatorBudget.h"
 #include "VXSimulatorRequestParser.h"
 
 #include <QtCore/QObject>
@@ -33,6 +34,9 @@ private:
     VXSimulatorGate* myGate = nullptr; // parent
     QTcpSocket* myClient = nullptr;    // child of this
     QTcpSocket* myServer = nullptr;    // child of this, once there is a target
+    VXSimulatorBudget::Share myShare;  // of the memory for bodies, until the client ends
     VXSimulatorRequestParser myParser;
     QByteArray myInput;
+    bool myHasContinued = false;
+    bool myIsClosing = false;
 };

@@ -61,6 +61,8 @@ QString VXSimulatorRequest::queryValue(const QString& theName, const QString& th
 
 QUrlQuery VXSimulatorRequest::form() const
 {
+    if (body.size() > maximumReadableBytes)
+        return {};
     QByteArray text = body;
     text.replace('+', "%20");
     return QUrlQuery(QString::fromUtf8(text));

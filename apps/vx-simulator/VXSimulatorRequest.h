@@ -33,7 +33,10 @@ struct VXSimulatorRequest
     [[nodiscard]] QUrlQuery query() const;
     /// The decoded value of a query item, or the default when it is missing.
     [[nodiscard]] QString queryValue(const QString& theName, const QString& theDefault = {}) const;
-    /// The body read as application/x-www-form-urlencoded: a plus sign is a blank.
+    /// Largest body read as a form or as JSON, in bytes.
+    static constexpr qsizetype maximumReadableBytes = 1024 * 1024;
+    /// The body read as application/x-www-form-urlencoded: a plus sign is a blank. Empty when it
+    /// is too large.
     [[nodiscard]] QUrlQuery form() const;
     /// Whether the connection stays open after the answer (RFC 9112, 9.3).
     [[nodiscard]] bool keepsConnection() const;

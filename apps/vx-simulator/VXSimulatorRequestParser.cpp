@@ -25,10 +25,17 @@ bool hasControlBytes(const QByteArray& theText)
     });
 }
 
-/// A length in digits only, or -1. A sign or blank is refused (RFC 9110, 8.6).
+bool isDigit(char theLetter, int theBase)
+{
+    const char lower = static_cast<char>(theLetter | 0x20);
+    return (theLetter >= '0' && theLetter <= '9') ||
+           (theBase == 16 && lower >= 'a' && lower <= 'f');
+}
+
+/// A length in digits only, or -1. A sign, a blank or "0x" is refused (RFC 9110, 8.6).
 qint64 lengthFrom(const QByteArray& theText, int theBase)
 {
-    if (theText.isEmpty() || theText.startsWith('+') || theText.startsWith('-'))
+    if (!std::ranges::all_of(theText, [&](char letter) { return isDigit(letter, theBase); }))
         return -1;
     bool isNumber = false;
     const qlonglong length = theText.toLongLong(&isNumber, theBase);
@@ -153,6 +160,8 @@ void VXSimulatorRequestParser::readHeader(const QByteArray& theLine)
     const qsizetype colon = theLine.indexOf(':');
     if (colon <= 0 || !isToken(theLine.first(colon)) || hasControlBytes(theLine))
         return fail(400);
+    if (myRequest.headers.size() >= maximumHeaders)
+        return fail(431);
     myRequest.headers.append(qMakePair(theLine.first(colon), theLine.sliced(colon + 1).trimmed()));
 }
 
@@ -185,7 +194,8 @@ void VXSimulatorRequestParser::chooseFraming()
             length = read;
         }
     }
-    if (isChunked && length >= 0) // the classic way to smuggle a request (RFC 9112, 6.1)
+    // The classic ways to smuggle a request (RFC 9112, 6.1).
+    if (isChunked && (length >= 0 || myRequest.version == "HTTP/1.0"))
         return fail(400);
     if (length > maximumBodyBytes)
         return fail(413);

@@ -9,6 +9,8 @@ class VXSimulatorRequestParser
 public:
     /// Most bytes of the request line and all headers together.
     static constexpr qsizetype maximumHeadBytes = 64 * 1024;
+    /// Most header lines.
+    static constexpr qsizetype maximumHeaders = 500;
     /// Most bytes of a body.
     static constexpr qint64 maximumBodyBytes = 256LL * 1024 * 1024;
 

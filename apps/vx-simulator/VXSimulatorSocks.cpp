@@ -1,6 +1,8 @@
 #include "VXSimulatorSocks.h"
 
+#include "VXSimulatorFarewell.h"
 #include "VXSimulatorGate.h"
+#include "VXSimulatorPatience.h"
 #include "VXSimulatorState.h"
 #include "VXSimulatorTunnel.h"
 
@@ -13,6 +15,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr char version = 5;
+constexpr char passwordVersion = 1; // of the messages with user and password (RFC 1929)
+constexpr char connectCommand = 1;
 constexpr char noPassword = 0;
 constexpr char userAndPassword = 2;
 constexpr char noMethod = '\xff';
@@ -50,6 +54,8 @@ VXSimulatorSocks::VXSimulatorSocks(QTcpSocket* theSocket, VXSimulatorGate* theGa
     , myClient(theSocket)
 {
     myClient->setParent(this);
+    myClient->setReadBufferSize(largestInput);                // the tunnel takes more
+    new VXSimulatorPatience(myClient, myGate->limits().idle); // child of the socket
     myRequest.method = "CONNECT";
     myRequest.version = "SOCKS5";
     connect(myClient, &QTcpSocket::readyRead, this, &VXSimulatorSocks::readMore);
@@ -63,9 +69,9 @@ void VXSimulatorSocks::readMore()
 {
     if (myState == State::Connecting || myState == State::Closing)
         return;
-    myInput += myClient->read(largestInput - myInput.size());
-    while (step()) {
-    }
+    do
+        myInput += myClient->read(largestInput - myInput.size());
+    while (step());
     if (myState < State::Connecting && myInput.size() >= largestInput)
         hangUp({});
 }
@@ -107,6 +113,10 @@ bool VXSimulatorSocks::readGreeting()
 
 bool VXSimulatorSocks::readPassword()
 {
+    if (!myInput.isEmpty() && myInput.at(0) != passwordVersion) {
+        hangUp({});
+        return false;
+    }
     const auto lengthAt = [this](qsizetype theIndex) -> qsizetype {
         return theIndex < myInput.size() ? quint8(myInput.at(theIndex)) : largestInput;
     };
@@ -120,19 +130,27 @@ bool VXSimulatorSocks::readPassword()
     const auto wanted = myGate->state().socksCredentials();
     if (wanted && (user != wanted->user || password != wanted->password)) {
         myGate->record(myRequest, myClient, 1);
-        hangUp(bytes({1, 1}));
+        hangUp(bytes({passwordVersion, 1}));
         return false;
     }
-    myClient->write(bytes({1, 0}));
+    myClient->write(bytes({passwordVersion, 0}));
     myState = State::Request;
     return true;
 }
 
 bool VXSimulatorSocks::readRequest()
 {
+    if (!myInput.isEmpty() && myInput.at(0) != version) {
+        hangUp({});
+        return false;
+    }
     if (myInput.size() < 5)
         return false;
     const char kind = myInput.at(3);
+    if (kind != IPv4 && kind != IPv6 && kind != Name) {
+        reply(AddressNotSupported); // nor is it known how long the address is
+        return false;
+    }
     const qsizetype addressLength = kind == IPv4   ? 4
                                     : kind == IPv6 ? 16
                                                    : 1 + quint8(myInput.at(4));
@@ -148,12 +166,10 @@ bool VXSimulatorSocks::readRequest()
         host = QHostAddress(reinterpret_cast<const quint8*>(address.constData())).toString();
     else
         host = QString::fromUtf8(address.sliced(1));
-    const bool isConnect = myInput.at(0) == version && myInput.at(1) == 1;
+    const bool isConnect = myInput.at(1) == connectCommand;
     myInput.remove(0, size);
     myRequest.target = host.toUtf8() + ':' + QByteArray::number(port);
-    if (kind != IPv4 && kind != IPv6 && kind != Name)
-        reply(AddressNotSupported);
-    else if (!isConnect)
+    if (!isConnect)
         reply(CommandNotSupported);
     else
         connectTo(host, port);
@@ -168,6 +184,7 @@ void VXSimulatorSocks::connectTo(const QString& theHost, quint16 thePort)
     myState = State::Connecting;
     myServer = new QTcpSocket(this);
     myServer->setProxy(QNetworkProxy::NoProxy);
+    new VXSimulatorPatience(myServer, myGate->limits().idle); // child of the socket
     const auto failed = connect(myServer, &QTcpSocket::errorOccurred, this, [this] {
         myServer->deleteLater();
         myServer = nullptr;
@@ -206,5 +223,5 @@ void VXSimulatorSocks::hangUp(const QByteArray& theAnswer)
     if (myClient->state() != QAbstractSocket::ConnectedState)
         return deleteLater(); // it left while its target was being called
     myClient->write(theAnswer);
-    myClient->disconnectFromHost();
+    new VXSimulatorFarewell(myClient); // child of the socket
 }

@@ -2,6 +2,10 @@
 
 #include "VXSimulatorJsonReader.h"
 
+#include <QtCore/QRegularExpression>
+
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -25,6 +29,12 @@ QString readCredentials(const QString& theName, const QJsonObject& theObject,
     return reader.error();
 }
 
+bool isHostName(const QString& theText)
+{
+    static const QRegularExpression admitted(u"\\A(\\*\\.)?[A-Za-z0-9_.-]{1,253}\\z"_s);
+    return admitted.match(theText).hasMatch();
+}
+
 } // namespace
 
 QString VXSimulatorState::applyScenario(const QJsonObject& theObject)
@@ -41,6 +51,8 @@ QString VXSimulatorState::applyScenario(const QJsonObject& theObject)
             next.myUsers.insert(user->user, user->password);
     }
     next.myHosts = reader.texts(u"hosts"_s, myHosts);
+    if (!std::ranges::all_of(next.myHosts, isHostName)) // they are written into certificates
+        reader.fail(u"hosts"_s, u"must be host names, with \"*.\" at the front or without"_s);
     errors.append(next.applyProxy(reader.object(u"proxy"_s)));
     errors.append(next.applySocks(reader.object(u"socks"_s)));
     errors.append(next.applyOAuth(reader.object(u"oauth"_s)));
@@ -128,6 +140,8 @@ bool VXSimulatorState::isUser(const QString& theName, const QString& thePassword
 
 bool VXSimulatorState::isKnownHost(const QString& theHost) const
 {
+    if (!isHostName(theHost)) // a proxy's client may name anything
+        return false;
     for (const QString& known : myHosts) {
         if (theHost.compare(known, Qt::CaseInsensitive) == 0)
             return true;
