@@ -38,14 +38,13 @@ public:
     /// How many questions came so far.
     [[nodiscard]] int questions() const { return myQuestions; }
 
-private Q_SLOTS:
+private:
     void answerServerLogin(const QUrl& theUrl, QAuthenticator* theAuthenticator);
     void answerProxyLogin(const QUrl& theUrl, QAuthenticator* theAuthenticator,
                           const QString& theProxyHost);
     void answerSslErrors(const QString& theHost, const QList<QString>& theErrorList,
                          bool* theResult);
 
-private:
     struct Entry
     {
         QString kind;

@@ -26,9 +26,8 @@ public:
     /// The most bytes that a notice named.
     [[nodiscard]] qint64 mostDone() const { return myMostDone; }
 
-public Q_SLOTS:
     /// Bytes; `theTotal` is -1 while it is unknown.
-    void progress(qint64 theDone, qint64 theTotal);
+    Q_SLOT void progress(qint64 theDone, qint64 theTotal);
 
 private:
     VXSampleOutput* myOutput;

@@ -25,8 +25,6 @@ VXTourRun::VXTourRun(VXTourWorld& theWorld, VXTourRow& theRow)
 {
 }
 
-VXTourRun::~VXTourRun() = default;
-
 void VXTourRun::came(const QString& theText)
 {
     if (!myRow.answer.isEmpty())

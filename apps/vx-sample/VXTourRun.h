@@ -33,7 +33,6 @@ class VXTourRun
 public:
     /// `theRow` gets answer, complaints and requests.
     VXTourRun(VXTourWorld& theWorld, VXTourRow& theRow);
-    ~VXTourRun();
 
     VXTourWorld& world;
 
