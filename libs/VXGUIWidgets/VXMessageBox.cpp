@@ -23,6 +23,7 @@ constexpr std::array buttonRows{
     ButtonRow{QMessageBox::Cancel, QT_TRANSLATE_NOOP("VXMessageBox", "Abbrechen")},
     ButtonRow{QMessageBox::Yes, QT_TRANSLATE_NOOP("VXMessageBox", "Ja")},
     ButtonRow{QMessageBox::No, QT_TRANSLATE_NOOP("VXMessageBox", "Nein")},
+    ButtonRow{QMessageBox::Close, QT_TRANSLATE_NOOP("VXMessageBox", "Schließen")},
 };
 
 } // namespace
