@@ -95,6 +95,8 @@ void VXSimulatorConnection::answer()
 void VXSimulatorConnection::refuse(int theStatus)
 {
     myIsBusy = true;
+    myParser = {}; // what came of the body is not wanted any more
+    myShare.resize(0);
     myResponse = VXSimulatorResponse::error(theStatus, u"request refused"_s);
     myResponse.isClosing = true;
     myGoal = myResponse.size();

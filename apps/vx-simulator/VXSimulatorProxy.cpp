@@ -35,10 +35,12 @@ void VXSimulatorProxy::readMore()
         return; // what follows belongs to the tunnel, or to nobody
     myInput += myClient->readAll();
     const auto state = myParser.feed(myInput);
-    if (state == VXSimulatorRequestParser::State::Failed)
-        return refuse(myParser.request(), myParser.refusal());
+    if (state == VXSimulatorRequestParser::State::Failed) {
+        const int status = myParser.refusal();
+        return refuse(myParser.take(), status);
+    }
     if (!myShare.resize(myParser.bodyBytes()))
-        return refuse(myParser.request(), 503);
+        return refuse(myParser.take(), 503);
     if (myParser.expectsContinue() && !myHasContinued) {
         myHasContinued = true;
         myClient->write("HTTP/1.1 100 Continue\r\n\r\n");
@@ -74,6 +76,7 @@ bool VXSimulatorProxy::isAdmitted(const VXSimulatorRequest& theRequest) const
 void VXSimulatorProxy::refuse(const VXSimulatorRequest& theRequest, int theStatus)
 {
     myGate->record(theRequest, myClient, theStatus);
+    myShare.resize(0);
     if (myClient->state() != QAbstractSocket::ConnectedState)
         return deleteLater(); // it left while its target was being called
     auto response = VXSimulatorResponse::error(theStatus, u"the proxy refuses"_s);
