@@ -24,7 +24,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int downloadTimeout = 3600; // seconds
+constexpr int downloadTimeout = 3600;          // seconds
+constexpr qint64 readBufferSize = 1024 * 1024; // bytes
+constexpr qint64 largestReserve = 256 * 1024 * 1024;
 
 /// RFC 9110, 5.6.7, writes GMT; Qt's parser of RFC 2822 dates wants a numeric zone.
 QDateTime parseDate(const QByteArray& theHeader)
@@ -40,16 +42,49 @@ QDateTime parseDate(const QByteArray& theHeader)
     return QDateTime::fromString(text, Qt::RFC2822Date);
 }
 
-/// The whole body into a buffer of its size. An aborted reply is closed: nothing to read.
-QByteArray readBody(QNetworkReply& theReply)
+/// Takes the body out of a reply while it arrives. Left to itself Qt holds a large body three times
+/// until the end when it comes over TLS.
+class BodyCollector
 {
-    if (!theReply.isOpen())
-        return {};
-    QByteArray body(theReply.bytesAvailable(), Qt::Uninitialized);
-    const qint64 size = theReply.read(body.data(), body.size());
-    body.truncate(qMax(qint64(0), size));
-    return body;
-}
+    Q_DISABLE_COPY_MOVE(BodyCollector)
+
+public:
+    explicit BodyCollector(QNetworkReply& theReply)
+        : myReply(theReply)
+    {
+        myReply.setReadBufferSize(readBufferSize);
+        QObject::connect(&myReply, &QIODevice::readyRead, &myContext, [this] { take(); });
+    }
+
+    /// The whole body of a reply that has finished. An aborted one is closed: it has none.
+    [[nodiscard]] QByteArray body()
+    {
+        if (!myReply.isOpen())
+            return {};
+        take();
+        return std::move(myBody);
+    }
+
+private:
+    void take()
+    {
+        if (myBody.isNull())
+            reserve();
+        myBody += myReply.readAll();
+    }
+
+    /// In one go: a buffer that grows is copied. What is reserved and not used takes no memory, so
+    /// a server that announces too much does no harm.
+    void reserve()
+    {
+        const qint64 announced = myReply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
+        myBody.reserve(qBound(qint64(0), announced, largestReserve));
+    }
+
+    QNetworkReply& myReply;
+    QByteArray myBody;
+    QObject myContext; // ends the connection with this object
+};
 
 /// Qt takes a connection that ends within the body for the end of the body, more often than not.
 bool isCutOff(const QNetworkReply& theReply, int theStatus, qsizetype theBodySize)
@@ -186,13 +221,15 @@ bool VXHttpOperation::isKnownHeader(const QString& theName) const
 
 QByteArray VXHttpOperation::exec()
 {
-    const std::unique_ptr<QNetworkReply> reply(myMultiPart ? sendMultiPart() : sendPayload());
+    const std::unique_ptr<QNetworkReply> reply(myMultiPart ? startMultiPart() : startPayload());
     if (!reply) {
         noteMissingReply();
         return {};
     }
+    BodyCollector collector(*reply);
+    VXNetworkAccessManager::threadInstance()->waitForRequest(reply.get(), myTimeout);
     myHttpResponseCode = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    QByteArray body = readBody(*reply);
+    QByteArray body = collector.body();
     if (isCutOff(*reply, myHttpResponseCode, body.size()))
         noteFailure(*reply, body, QNetworkReply::RemoteHostClosedError, u"Connection closed"_s);
     else if (reply->error() != QNetworkReply::NoError)
@@ -210,16 +247,29 @@ bool VXHttpOperation::send()
 
 QNetworkReply* VXHttpOperation::sendPayload()
 {
-    return VXNetworkAccessManager::threadInstance()->syncronHttp(
-        myOperation, myUrl, myPayload, myContentType.encode(), myTimeout, myProgressReceiver,
-        myProgressSlot, this, myHeaders);
+    QNetworkReply* const reply = startPayload();
+    VXNetworkAccessManager::threadInstance()->waitForRequest(reply, myTimeout);
+    return reply;
 }
 
 QNetworkReply* VXHttpOperation::sendMultiPart()
 {
-    QNetworkReply* const reply = VXNetworkAccessManager::threadInstance()->syncronHttp(
-        myOperation, myUrl, myMultiPart.get(), myTimeout, myProgressReceiver, myProgressSlot, this,
-        myHeaders);
+    QNetworkReply* const reply = startMultiPart();
+    VXNetworkAccessManager::threadInstance()->waitForRequest(reply, myTimeout);
+    return reply;
+}
+
+QNetworkReply* VXHttpOperation::startPayload()
+{
+    return VXNetworkAccessManager::threadInstance()->startHttp(
+        myOperation, myUrl, myPayload, myContentType.encode(), myProgressReceiver, myProgressSlot,
+        this, myHeaders);
+}
+
+QNetworkReply* VXHttpOperation::startMultiPart()
+{
+    QNetworkReply* const reply = VXNetworkAccessManager::threadInstance()->startHttp(
+        myOperation, myUrl, myMultiPart.get(), myProgressReceiver, myProgressSlot, this, myHeaders);
     if (reply && myMultiPart)
         myMultiPart.release()->setParent(reply);
     myMultiPart.reset();

@@ -123,6 +123,8 @@ Q_SIGNALS:
     void abort();
 
 private:
+    QNetworkReply* startPayload();
+    QNetworkReply* startMultiPart();
     void noteMissingReply();
     void noteFailure(const QNetworkReply& theReply, const QByteArray& theBody,
                      QNetworkReply::NetworkError theError, const QString& theErrorText);

@@ -424,6 +424,33 @@ QNetworkReply* VXNetworkAccessManager::syncronPut(const QUrl& theUrl, const QByt
                        theSlot, nullptr, theHeaders);
 }
 
+QNetworkReply* VXNetworkAccessManager::startHttp(QNetworkAccessManager::Operation theOperation,
+                                                 const QUrl& theUrl, const QByteArray& theData,
+                                                 const QString& theContentType,
+                                                 const QObject* theReceiver, const char* theSlot,
+                                                 const QObject* theAborter,
+                                                 const VXHttpParameter& theHeaders)
+{
+    QByteArray data = theData;
+    const int size = static_cast<int>(theData.size());
+    QNetworkReply* const reply =
+        doOp(theOperation, createRequest(theUrl, theContentType, size, theHeaders), data);
+    connectRequest(reply, theReceiver, theSlot, theAborter);
+    return reply;
+}
+
+QNetworkReply* VXNetworkAccessManager::startHttp(QNetworkAccessManager::Operation theOperation,
+                                                 const QUrl& theUrl, QHttpMultiPart* theMultiPart,
+                                                 const QObject* theReceiver, const char* theSlot,
+                                                 const QObject* theAborter,
+                                                 const VXHttpParameter& theHeaders)
+{
+    QNetworkReply* const reply =
+        doOp(theOperation, createRequest(theUrl, {}, 0, theHeaders), theMultiPart);
+    connectRequest(reply, theReceiver, theSlot, theAborter);
+    return reply;
+}
+
 QNetworkReply* VXNetworkAccessManager::syncronHttp(QNetworkAccessManager::Operation theOperation,
                                                    const QUrl& theUrl, const QByteArray& theData,
                                                    const QString& theContentType, int theTimeout,
@@ -431,11 +458,8 @@ QNetworkReply* VXNetworkAccessManager::syncronHttp(QNetworkAccessManager::Operat
                                                    const QObject* theAborter,
                                                    const VXHttpParameter& theHeaders)
 {
-    QByteArray data = theData;
-    const int size = static_cast<int>(theData.size());
-    QNetworkReply* const reply =
-        doOp(theOperation, createRequest(theUrl, theContentType, size, theHeaders), data);
-    connectRequest(reply, theReceiver, theSlot, theAborter);
+    QNetworkReply* const reply = startHttp(theOperation, theUrl, theData, theContentType,
+                                           theReceiver, theSlot, theAborter, theHeaders);
     waitForRequest(reply, theTimeout);
     return reply;
 }
@@ -447,8 +471,7 @@ QNetworkReply* VXNetworkAccessManager::syncronHttp(QNetworkAccessManager::Operat
                                                    const VXHttpParameter& theHeaders)
 {
     QNetworkReply* const reply =
-        doOp(theOperation, createRequest(theUrl, {}, 0, theHeaders), theMultiPart);
-    connectRequest(reply, theReceiver, theSlot, theAborter);
+        startHttp(theOperation, theUrl, theMultiPart, theReceiver, theSlot, theAborter, theHeaders);
     waitForRequest(reply, theTimeout);
     return reply;
 }

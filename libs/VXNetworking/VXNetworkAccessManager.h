@@ -75,6 +75,19 @@ public:
     /// "HEAD", "GET", "PUT", "POST", "DELETE", "CUSTOM", else "UNKNOWN".
     [[nodiscard]] QString describe(QNetworkAccessManager::Operation theOperation) const;
 
+    /// The first half of syncronHttp(): starts the exchange and connects progress and aborter, as
+    /// connectRequest() does. waitForRequest() is the second half; between them the caller may
+    /// connect to the reply, which it owns. Null when the operation is not supported.
+    QNetworkReply* startHttp(QNetworkAccessManager::Operation theOperation, const QUrl& theUrl,
+                             const QByteArray& theData, const QString& theContentType,
+                             const QObject* theReceiver, const char* theSlot,
+                             const QObject* theAborter, const VXHttpParameter& theHeaders);
+    /// theMultiPart stays the caller's and must outlive the reply.
+    QNetworkReply* startHttp(QNetworkAccessManager::Operation theOperation, const QUrl& theUrl,
+                             QHttpMultiPart* theMultiPart, const QObject* theReceiver,
+                             const char* theSlot, const QObject* theAborter,
+                             const VXHttpParameter& theHeaders);
+
     /// These block until the reply has finished or theTimeout (seconds) is over. The caller owns
     /// the reply; it is null only when the operation is not supported.
     QNetworkReply* syncronGet(const QUrl& theUrl, int theTimeout, const QObject* theReceiver,
