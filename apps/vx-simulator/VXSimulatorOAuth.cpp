@@ -2,6 +2,7 @@
 
 #include "VXSimulatorState.h"
 
+#include <QtCore/QCryptographicHash>
 #include <QtCore/QFile>
 #include <QtCore/QJsonObject>
 #include <QtCore/QUrl>
@@ -37,14 +38,24 @@ void dropOldest(Map& theMap)
         theMap.erase(theMap.begin());
 }
 
-Response page(const QString& theRedirectUri, const QString& theState, const QString& theMessage)
+/// Whether theVerifier fits what the login page was asked with (RFC 7636, 4.6, S256 only).
+bool isProof(const QString& theChallenge, const QString& theVerifier)
+{
+    const auto form = QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals;
+    const QByteArray hash =
+        QCryptographicHash::hash(theVerifier.toUtf8(), QCryptographicHash::Sha256).toBase64(form);
+    return theChallenge.isEmpty() || QString::fromLatin1(hash) == theChallenge;
+}
+
+Response page(const QString& theRedirectUri, const QString& theState, const QString& theChallenge,
+              const QString& theMessage)
 {
     QFile file(u":/vx-simulator/pages/login.html"_s);
     if (!file.open(QFile::ReadOnly))
         return Response::error(500, u"the login page is missing"_s);
     const QString html = QString::fromUtf8(file.readAll())
                              .arg(theRedirectUri.toHtmlEscaped(), theState.toHtmlEscaped(),
-                                  theMessage.toHtmlEscaped());
+                                  theMessage.toHtmlEscaped(), theChallenge.toHtmlEscaped());
     return Response::text(200, html.toUtf8(), "text/html; charset=utf-8");
 }
 
@@ -146,6 +157,8 @@ Response VXSimulatorOAuth::codeGrant(const QUrlQuery& theForm)
     const Code code = myCodes.take(name); // a code is good for one try (RFC 6749, 4.1.2)
     if (!isKnown || code.redirectUri != item(theForm, u"redirect_uri"_s))
         return oauthError(u"invalid_grant"_s, u"code or redirect_uri is wrong"_s);
+    if (!isProof(code.challenge, item(theForm, u"code_verifier"_s)))
+        return oauthError(u"invalid_grant"_s, u"code_verifier is wrong"_s);
     return Response::json(newTokens(code.user));
 }
 
@@ -184,7 +197,12 @@ Response VXSimulatorOAuth::loginPage(const VXSimulatorRequest& theRequest)
     const QString uri = theRequest.queryValue(u"redirect_uri"_s);
     if (!isTarget(QUrl(uri, QUrl::StrictMode)))
         return Response::error(400, u"redirect_uri is missing or no absolute address"_s);
-    return page(uri, theRequest.queryValue(u"state"_s), {});
+    const bool isPlain = !theRequest.queryValue(u"code_challenge"_s).isEmpty() &&
+                         theRequest.queryValue(u"code_challenge_method"_s) != u"S256"_s;
+    if (isPlain)
+        return Response::error(400, u"code_challenge_method must be S256"_s);
+    return page(uri, theRequest.queryValue(u"state"_s), theRequest.queryValue(u"code_challenge"_s),
+                {});
 }
 
 Response VXSimulatorOAuth::authorize(const VXSimulatorRequest& theRequest)
@@ -192,15 +210,16 @@ Response VXSimulatorOAuth::authorize(const VXSimulatorRequest& theRequest)
     const QUrlQuery form = theRequest.form();
     const QString uri = item(form, u"redirect_uri"_s);
     const QString state = item(form, u"state"_s);
+    const QString challenge = item(form, u"code_challenge"_s);
     QUrl target(uri, QUrl::StrictMode);
     if (!isTarget(target))
         return Response::error(400, u"redirect_uri is missing or no absolute address"_s);
     const QString user = item(form, u"username"_s);
     if (!myState.isUser(user, item(form, u"password"_s)))
-        return page(uri, state, u"Benutzername oder Passwort ist falsch."_s);
+        return page(uri, state, challenge, u"Benutzername oder Passwort ist falsch."_s);
 
     const QString code = newName(u"code"_s);
-    myCodes.insert(code, {user, uri});
+    myCodes.insert(code, {user, uri, challenge});
     dropOldest(myCodes);
     QUrlQuery query(target);
     query.addQueryItem(u"code"_s, code);

@@ -34,6 +34,7 @@ private:
     {
         QString user;
         QString redirectUri;
+        QString challenge; // RFC 7636; empty: none was given
     };
     VXSimulatorResponse token(const VXSimulatorRequest& theRequest);
     VXSimulatorResponse passwordGrant(const QUrlQuery& theForm);

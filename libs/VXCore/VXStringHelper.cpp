@@ -14,8 +14,9 @@ constexpr auto mask = "***"_L1;
 
 QSet<QString> secretNames()
 {
-    QSet<QString> names{u"password"_s,     u"pwd"_s,   u"client_secret"_s, u"refresh_token"_s,
-                        u"access_token"_s, u"token"_s, u"code"_s,          u"authorization"_s};
+    QSet<QString> names{
+        u"password"_s, u"pwd"_s,   u"client_secret"_s, u"refresh_token"_s, u"access_token"_s,
+        u"id_token"_s, u"token"_s, u"code"_s,          u"code_verifier"_s, u"authorization"_s};
     for (const QString& name : VXDeploymentConfig::instance()->list(u"Log/maskedNames"_s))
         names.insert(name.trimmed().toLower());
     return names;

@@ -11,7 +11,8 @@ public:
     VXStringHelper() = delete;
 
     /// The text with "***" in place of the values of these names: password, pwd, client_secret,
-    /// refresh_token, access_token, token, code, Authorization, and those that the deployment adds
+    /// refresh_token, access_token, id_token, token, code, code_verifier, Authorization, and those
+    /// that the deployment adds
     /// ("Log/maskedNames"). Upper and lower case are the same.
     ///
     /// Knows the forms name=value (up to "&", a quotation mark, "<" or the end of the line),

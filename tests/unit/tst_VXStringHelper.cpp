@@ -31,8 +31,9 @@ void tst_VXStringHelper::secretsAreMasked_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("masked");
 
-    for (const char* name : {"password", "pwd", "client_secret", "refresh_token", "access_token",
-                             "token", "code", "Authorization", "PASSWORD", "Token"}) {
+    for (const char* name :
+         {"password", "pwd", "client_secret", "refresh_token", "access_token", "id_token", "token",
+          "code", "code_verifier", "Authorization", "PASSWORD", "Token"}) {
         const QString key = QString::fromLatin1(name);
         QTest::addRow("form, %s", name)
             << u"a=1&"_s + key + u"=s%20ecret&b=2"_s << u"a=1&"_s + key + u"=***&b=2"_s;
