@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <iostream>
+#include <string>
 
 using namespace Qt::StringLiterals;
 
@@ -53,6 +55,13 @@ std::optional<int> VXSampleArguments::number(const QCommandLineParser& theParser
     *theErrorText = u"--%1: \"%2\" is no number from %3 to %4"_s.arg(
         theName, theParser.value(theName), QString::number(theLeast), QString::number(theMost));
     return std::nullopt;
+}
+
+QString VXSampleArguments::lineFromStandardInput()
+{
+    std::string line;
+    std::getline(std::cin, line);
+    return QString::fromStdString(line);
 }
 
 QByteArray VXSampleArguments::textOrFile(const QString& theValue, QString* theErrorText)

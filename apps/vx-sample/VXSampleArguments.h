@@ -23,6 +23,9 @@ public:
     static std::optional<int> number(const QCommandLineParser& theParser, const QString& theName,
                                      int theLeast, int theMost, QString* theErrorText);
 
+    /// The next line of standard input without its end, as UTF-8.
+    static QString lineFromStandardInput();
+
     /// The option's text as UTF-8, or the content of a file for "@FILE".
     static QByteArray textOrFile(const QString& theValue, QString* theErrorText);
 };

@@ -1,12 +1,15 @@
 #include "VXSampleCommandTable.h"
 
 #include "VXSampleConfigCommand.h"
+#include "VXSampleCredentialsCommand.h"
 #include "VXSampleDownloadCommand.h"
+#include "VXSampleLoginCommand.h"
 #include "VXSampleMessageCommand.h"
 #include "VXSampleOrderCommand.h"
 #include "VXSampleProbeCommand.h"
 #include "VXSampleProxyCommand.h"
 #include "VXSampleRequestCommand.h"
+#include "VXSampleSessionCommand.h"
 #include "VXSampleTourCommand.h"
 #include "VXSampleUploadCommand.h"
 #include "VXSampleUploadDialogCommand.h"
@@ -58,6 +61,18 @@ constexpr std::array commands{
                        "Show or change the proxy settings (no, sys, my), or ask for an address."_L1,
                        "proxy set my --host proxy.test --port 3128"_L1, 1, 2, Application::Core,
                        Duration::Finite, make<VXSampleProxyCommand>},
+    VXSampleCommandRow{"session"_L1, "open|refresh|expire|close"_L1,
+                       "Log in to the cloud, then renew the tokens, let them lapse or log out."_L1,
+                       "session refresh --user demo --password-stdin"_L1, 1, 1, Application::Core,
+                       Duration::Finite, make<VXSampleSessionCommand>},
+    VXSampleCommandRow{"credentials"_L1, "save GROUP|load GROUP|deeplink URL"_L1,
+                       "Store, read or take from a link the record of a login."_L1,
+                       "credentials save Cloud --user demo --password-stdin"_L1, 2, 2,
+                       Application::Core, Duration::Finite, make<VXSampleCredentialsCommand>},
+    VXSampleCommandRow{"login"_L1, "direct|external"_L1,
+                       "Log in with a password, or in the browser, and get tokens."_L1,
+                       "login external"_L1, 1, 1, Application::Widgets, Duration::Finite,
+                       make<VXSampleLoginCommand>},
     VXSampleCommandRow{
         "config"_L1, "show"_L1, "Show the deployment configuration and where it comes from."_L1,
         "config show"_L1, 1, 1, Application::Core, Duration::Finite, make<VXSampleConfigCommand>},

@@ -9,7 +9,6 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QJsonArray>
-#include <QtCore/QTextStream>
 #include <QtCore/QUrl>
 
 #include <algorithm>
@@ -51,12 +50,6 @@ QJsonObject toJson(const VXNetworkSettings& theSettings)
             {u"port"_s, static_cast<int>(theSettings.proxyPort())},
             {u"user"_s, theSettings.proxyUser()},
             {u"hasPassword"_s, !theSettings.proxyPassword().isEmpty()}};
-}
-
-QString lineFromStandardInput()
-{
-    QTextStream input(stdin);
-    return input.readLine();
 }
 
 } // namespace
@@ -141,7 +134,7 @@ QString VXSampleProxyCommand::apply(const QCommandLineParser& theArguments,
     if (theArguments.isSet(u"user"_s))
         theSettings.setProxyUser(theArguments.value(u"user"_s));
     if (theArguments.isSet(u"password-stdin"_s))
-        theSettings.setProxyPassword(lineFromStandardInput());
+        theSettings.setProxyPassword(VXSampleArguments::lineFromStandardInput());
     return {};
 }
 
