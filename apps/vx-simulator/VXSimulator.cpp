@@ -51,7 +51,7 @@ QString VXSimulator::start(const Setup& theSetup)
     if (!certificates.isComplete()) {
         QStringList hosts = myState.hosts();
         hosts.removeIf([](const QString& theHost) { return theHost.startsWith(u'*'); });
-        if (const QString error = certificates.make(hosts); !error.isEmpty())
+        if (QString error = certificates.make(hosts); !error.isEmpty())
             return error;
     }
     myReady = {{u"event"_s, u"ready"_s},
@@ -59,10 +59,11 @@ QString VXSimulator::start(const Setup& theSetup)
                {u"pid"_s, QCoreApplication::applicationPid()}};
 
     auto* http = new VXSimulatorListener(
-        u"http"_s, [this](const VXSimulatorRequest& r) { return serve(r); }, theSetup.limits,
-        *myBudget, this);
+        u"http"_s, [this](const VXSimulatorRequest& theRequest) { return serve(theRequest); },
+        theSetup.limits, *myBudget, this);
     auto* control = new VXSimulatorListener(
-        u"control"_s, [this](const VXSimulatorRequest& r) { return myControlRouter.answer(r); },
+        u"control"_s,
+        [this](const VXSimulatorRequest& theRequest) { return myControlRouter.answer(theRequest); },
         theSetup.limits, *myBudget, this);
     const QString errors[]{
         open(http, theSetup.http, myReady),
@@ -85,11 +86,12 @@ QString VXSimulator::openTls(const Setup& theSetup, const VXSimulatorCertificate
         if (configuration.localCertificate().isNull())
             return u"the certificate or key \"%1\" cannot be read"_s.arg(name);
         auto* listener = new VXSimulatorListener(
-            u"https-"_s + name, [this](const VXSimulatorRequest& r) { return serve(r); },
+            u"https-"_s + name,
+            [this](const VXSimulatorRequest& theRequest) { return serve(theRequest); },
             theSetup.limits, *myBudget, this);
         listener->setTls(configuration);
         QJsonObject opened;
-        if (const QString error = open(listener, port, opened); !error.isEmpty())
+        if (QString error = open(listener, port, opened); !error.isEmpty())
             return error;
         ports.insert(name, opened.value(listener->name()));
         myTlsListeners.append(listener);
@@ -111,12 +113,18 @@ QString VXSimulator::openProxies(const Setup& theSetup)
         record(theRequest, theStatus);
     };
     auto* proxy = new VXSimulatorGate(
-        u"proxy"_s, [](QTcpSocket* s, VXSimulatorGate* g) { return new VXSimulatorProxy(s, g); },
+        u"proxy"_s,
+        [](QTcpSocket* theSocket, VXSimulatorGate* theGate) {
+            return new VXSimulatorProxy(theSocket, theGate);
+        },
         myState, *myTargets, recorder, theSetup.limits, *myBudget, this);
     auto* socks = new VXSimulatorGate(
-        u"socks"_s, [](QTcpSocket* s, VXSimulatorGate* g) { return new VXSimulatorSocks(s, g); },
+        u"socks"_s,
+        [](QTcpSocket* theSocket, VXSimulatorGate* theGate) {
+            return new VXSimulatorSocks(theSocket, theGate);
+        },
         myState, *myTargets, recorder, theSetup.limits, *myBudget, this);
-    const QString error = open(proxy, theSetup.proxy, myReady);
+    QString error = open(proxy, theSetup.proxy, myReady);
     return error.isEmpty() ? open(socks, theSetup.socks, myReady) : error;
 }
 

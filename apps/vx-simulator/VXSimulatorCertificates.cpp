@@ -116,11 +116,11 @@ QString makeLeaf(const QString& theWork, const Row& theRow, const QString& theNa
     const QString authority = QString::fromLatin1(theRow.authority);
     if (!write(theWork + u"/openssl.cnf"_s, configuration(theNames)))
         return u"cannot write to "_s + theWork;
-    const QString error = run(
-        theWork, {u"req"_s, u"-new"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s,
-                  u"ec_paramgen_curve:prime256v1"_s, u"-nodes"_s, u"-config"_s, u"openssl.cnf"_s,
-                  u"-subj"_s, u"/O=VX simulator/CN="_s + QString::fromLatin1(theRow.subject),
-                  u"-keyout"_s, name + u".key"_s, u"-out"_s, name + u".csr"_s});
+    QString error = run(theWork, {u"req"_s, u"-new"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s,
+                                  u"ec_paramgen_curve:prime256v1"_s, u"-nodes"_s, u"-config"_s,
+                                  u"openssl.cnf"_s, u"-subj"_s,
+                                  u"/O=VX simulator/CN="_s + QString::fromLatin1(theRow.subject),
+                                  u"-keyout"_s, name + u".key"_s, u"-out"_s, name + u".csr"_s});
     if (!error.isEmpty())
         return error;
     return run(theWork,
@@ -148,11 +148,11 @@ QString makeAll(const QString& theWork, const QStringList& theHosts)
         !write(theWork + u"/index.txt"_s, {}))
         return u"cannot write to "_s + theWork;
     for (const char* authority : authorities)
-        if (const QString error = makeAuthority(theWork, QString::fromLatin1(authority));
+        if (QString error = makeAuthority(theWork, QString::fromLatin1(authority));
             !error.isEmpty())
             return error;
     for (const Row& row : rows)
-        if (const QString error = makeLeaf(theWork, row, alternativeNames(row, theHosts));
+        if (QString error = makeLeaf(theWork, row, alternativeNames(row, theHosts));
             !error.isEmpty())
             return error;
     return {};
@@ -197,7 +197,7 @@ QString VXSimulatorCertificates::make(const QStringList& theHosts) const
     QTemporaryDir work;
     if (!work.isValid() || !QDir().mkpath(myFolder))
         return u"cannot make the folder "_s + myFolder;
-    if (const QString error = makeAll(work.path(), theHosts); !error.isEmpty())
+    if (QString error = makeAll(work.path(), theHosts); !error.isEmpty())
         return error;
     for (const QString& name : files()) {
         QFile::remove(path(name));

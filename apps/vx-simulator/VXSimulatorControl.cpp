@@ -62,7 +62,9 @@ QList<VXSimulatorRoute> VXSimulatorControl::routes()
         return Response::json(myHandshakes());
     };
     return {
-        {u"/requests"_s, {"GET"}, [this](const Request& r, const QString&) { return requests(r); }},
+        {u"/requests"_s,
+         {"GET"},
+         [this](const Request& theRequest, const QString&) { return requests(theRequest); }},
         {u"/requests"_s,
          {"DELETE"},
          [this](const Request&, const QString&) { return clearRequests(); }},
@@ -76,7 +78,7 @@ QList<VXSimulatorRoute> VXSimulatorControl::routes()
         setting(u"/scenario"_s, &VXSimulatorState::applyScenario),
         {u"/tokens/expire"_s,
          {"POST"},
-         [this](const Request& r, const QString&) { return expireTokens(r); }},
+         [this](const Request& theRequest, const QString&) { return expireTokens(theRequest); }},
         {u"/quit"_s, {"POST"}, [this](const Request&, const QString&) { return quit(); }},
     };
 }

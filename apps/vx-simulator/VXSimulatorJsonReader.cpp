@@ -60,7 +60,7 @@ QStringList VXSimulatorJsonReader::texts(const QString& theKey, const QStringLis
     if (!found.isArray())
         fail(theKey, u"must be a list of texts"_s);
     QStringList list;
-    for (const QJsonValue& item : found.toArray()) {
+    for (const QJsonValue item : found.toArray()) {
         if (!item.isString())
             fail(theKey, u"must be a list of texts"_s);
         list.append(item.toString());
@@ -82,7 +82,7 @@ QList<QJsonObject> VXSimulatorJsonReader::objects(const QString& theKey)
     if (!found.isUndefined() && !found.isArray())
         fail(theKey, u"must be a list of objects"_s);
     QList<QJsonObject> list;
-    for (const QJsonValue& item : found.toArray()) {
+    for (const QJsonValue item : found.toArray()) {
         if (!item.isObject())
             fail(theKey, u"must be a list of objects"_s);
         list.append(item.toObject());

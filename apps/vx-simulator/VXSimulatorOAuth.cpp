@@ -72,18 +72,22 @@ QList<VXSimulatorRoute> VXSimulatorOAuth::routes()
     return {
         {u"/oauth2/token"_s,
          {"POST"},
-         [this](const Request& r, const QString&) { return token(r); }},
+         [this](const Request& theRequest, const QString&) { return token(theRequest); }},
         {u"/oauth2/revoke"_s,
          {"POST"},
-         [this](const Request& r, const QString&) { return revoke(r); }},
-        {u"/oauth2/check"_s, {}, [this](const Request& r, const QString&) { return check(r); }},
+         [this](const Request& theRequest, const QString&) { return revoke(theRequest); }},
+        {u"/oauth2/check"_s,
+         {},
+         [this](const Request& theRequest, const QString&) { return check(theRequest); }},
         {u"/oauth2/authorize"_s,
          {"GET", "HEAD"},
-         [this](const Request& r, const QString&) { return loginPage(r); }},
+         [this](const Request& theRequest, const QString&) { return loginPage(theRequest); }},
         {u"/oauth2/authorize"_s,
          {"POST"},
-         [this](const Request& r, const QString&) { return authorize(r); }},
-        {u"/login"_s, {"POST"}, [this](const Request& r, const QString&) { return login(r); }},
+         [this](const Request& theRequest, const QString&) { return authorize(theRequest); }},
+        {u"/login"_s,
+         {"POST"},
+         [this](const Request& theRequest, const QString&) { return login(theRequest); }},
     };
 }
 
@@ -139,10 +143,9 @@ Response VXSimulatorOAuth::passwordGrant(const QUrlQuery& theForm)
 Response VXSimulatorOAuth::refreshGrant(const QUrlQuery& theForm)
 {
     const QString refresh = item(theForm, u"refresh_token"_s);
-    const auto known = myRefreshTokens.constFind(refresh);
-    if (known == myRefreshTokens.cend())
+    if (!myRefreshTokens.contains(refresh))
         return oauthError(u"invalid_grant"_s, u"the refresh token is not known"_s);
-    const QString user = *known;
+    const QString user = myRefreshTokens.value(refresh);
     if (!myState.oauth().rotateRefresh)
         return Response::json(newTokens(user, refresh));
     if (myState.oauth().sendRefreshToken)
