@@ -95,7 +95,11 @@ private:
 
     void hideElement(QStringView theName)
     {
-        skipTag();
+        const qsizetype tag = myPosition;
+        if (!skipTag()) { // broken: the value may stand in what looks like the tag
+            replace(tag);
+            return;
+        }
         if (at(myPosition - 2) == u'/') // <name/>
             return;
         const qsizetype start = myPosition;
@@ -104,8 +108,8 @@ private:
         replace(start);
     }
 
-    // To behind the ">" of the tag; one inside quotation marks does not count.
-    void skipTag()
+    // To behind the ">" of the tag; one inside quotation marks does not count. False at the end.
+    bool skipTag()
     {
         QChar quote;
         for (; !isAtEnd(); ++myPosition) {
@@ -114,10 +118,12 @@ private:
                 quote = character == quote ? QChar() : quote;
             else if (character == u'"' || character == u'\'')
                 quote = character;
-            else if (character == u'>')
-                break;
+            else if (character == u'>') {
+                ++myPosition;
+                return true;
+            }
         }
-        myPosition = qMin(myPosition + 1, myText.size());
+        return false;
     }
 
     [[nodiscard]] bool isEndTag(QStringView theName) const

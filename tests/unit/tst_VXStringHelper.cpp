@@ -67,6 +67,9 @@ void tst_VXStringHelper::secretsAreMasked_data()
                                  << u"<x:password>***</x:password>"_s;
     QTest::newRow("XML, attributes")
         << u"<password type=\"a>b\">s</password>"_s << u"<password type=\"a>b\">***</password>"_s;
+    QTest::newRow("element whose tag never ends")
+        << u"<a/><password type=\"a>s</password></a>"_s << u"<a/><password***"_s;
+    QTest::newRow("element without a value at the end") << u"<password>"_s << u"<password>"_s;
     QTest::newRow("XML, CDATA") << u"<pwd><![CDATA[a<b]]></pwd><x/>"_s << u"<pwd>***</pwd><x/>"_s;
     QTest::newRow("XML, broken off") << u"<pwd>abc"_s << u"<pwd>***"_s;
     QTest::newRow("XML, other end tag inside") << u"<pwd>a</x>b</pwd>"_s << u"<pwd>***</pwd>"_s;
