@@ -16,7 +16,7 @@ public:
 
     /// Takes every item of theQuery. A value that is still percent-encoded in the query's pretty
     /// form is decoded once more.
-    explicit VXUrlQueryItemList(const QUrlQuery& theQuery);
+    VXUrlQueryItemList(const QUrlQuery& theQuery);
 
     VXUrlQueryItemList(const VXUrlQueryItemList&) = default;
     VXUrlQueryItemList(VXUrlQueryItemList&&) noexcept = default;

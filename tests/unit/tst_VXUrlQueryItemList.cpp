@@ -33,7 +33,7 @@ void tst_VXUrlQueryItemList::aFreshListIsEmpty()
 
 void tst_VXUrlQueryItemList::itemsKeepTheirOrderAndDuplicates()
 {
-    const VXUrlQueryItemList list(QUrlQuery(u"b=2&a=1&b=2&b=3"_s));
+    const VXUrlQueryItemList list = QUrlQuery(u"b=2&a=1&b=2&b=3"_s); // a query is such a list
     QCOMPARE(list.size(), 4);
     const QList<VXUrlQueryItem> expected{
         {u"b"_s, u"2"_s}, {u"a"_s, u"1"_s}, {u"b"_s, u"2"_s}, {u"b"_s, u"3"_s}};
