@@ -186,6 +186,8 @@ private Q_SLOTS:
     void releasedManagerIsGoneAndMadeAnew();
     void connectionTypeFollowsTheThread();
     void networkSettingsExistBeforeTheFirstRequest();
+    void signalsAndSlotsStandInOrder();
+    void typesOfTheQuestionsAreRegistered();
 
     // requests on the wire
     void httpsIsForcedOnlyWhereThePlatformSays();
@@ -371,6 +373,41 @@ void tst_VXNetworkAccessManager::networkSettingsExistBeforeTheFirstRequest()
 {
     manager();
     QVERIFY(VXSingleton<VXNetworkSettings>::hasInstance());
+}
+
+void tst_VXNetworkAccessManager::signalsAndSlotsStandInOrder()
+{
+    const QMetaObject& meta = VXNetworkAccessManager::staticMetaObject;
+    QStringList signatures;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        const bool isSignal = method.methodType() == QMetaMethod::Signal;
+        signatures.append(u"%1 %2 %3"_s.arg(
+            isSignal ? u"signal"_s : u"slot"_s, QString::fromLatin1(method.methodSignature()),
+            QString::fromLatin1(method.parameterNames().join(','))));
+    }
+    const QStringList expected{
+        u"signal authenticationRequired(QUrl,QAuthenticator*) theUrl,theAuthenticator"_s,
+        u"signal proxyAuthenticationRequired(QUrl,QAuthenticator*,QString) "
+        "theUrl,theAuthenticator,theProxyHost"_s,
+        u"signal askIgnoreSSLErrors(QString,QStringList,bool*) theHost,theErrorList,theResult"_s,
+        u"slot handleAuthenticationRequest(QNetworkReply*,QAuthenticator*) "
+        "theReply,theAuthenticator"_s,
+        u"slot handleProxyAuthenticationRequest(QNetworkProxy,QAuthenticator*) "
+        "theProxy,theAuthenticator"_s,
+        u"slot handleSslErrors(QNetworkReply*,QList<QSslError>) theReply,theErrors"_s,
+        u"slot printSslCertificate(QSslCertificate) theCertificate"_s,
+        u"slot deleteCookies() "_s,
+    };
+    QCOMPARE(signatures, expected);
+}
+
+void tst_VXNetworkAccessManager::typesOfTheQuestionsAreRegistered()
+{
+    manager();
+    for (const char* name :
+         {"QNetworkProxy", "QList<QSslError>", "QSslCertificate", "QNetworkReply*"})
+        QVERIFY2(QMetaType::fromName(name).isValid(), name);
 }
 
 void tst_VXNetworkAccessManager::httpsIsForcedOnlyWhereThePlatformSays()

@@ -41,13 +41,18 @@ void tst_VXNetworkAccessManagerSignalDispatcher::hasThreeSignalsInOrderAndNoSlot
 {
     const QMetaObject& meta = Dispatcher::staticMetaObject;
     QList<QByteArray> signatures;
+    QList<QByteArrayList> names;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
         QCOMPARE(meta.method(i).methodType(), QMetaMethod::Signal);
         signatures.append(meta.method(i).methodSignature());
+        names.append(meta.method(i).parameterNames());
     }
     QCOMPARE(signatures, (QList{"authenticationRequired(QUrl,QAuthenticator*)"_ba,
                                 "proxyAuthenticationRequired(QUrl,QAuthenticator*,QString)"_ba,
                                 "askIgnoreSSLErrors(QString,QStringList,bool*)"_ba}));
+    QCOMPARE(names, (QList{QByteArrayList{"theUrl", "theAuthenticator"},
+                           QByteArrayList{"theUrl", "theAuthenticator", "theProxyHost"},
+                           QByteArrayList{"theHost", "theErrorList", "theResult"}}));
 }
 
 void tst_VXNetworkAccessManagerSignalDispatcher::unconnectedQuestionChangesNothing()
