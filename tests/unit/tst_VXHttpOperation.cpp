@@ -447,11 +447,14 @@ void tst_VXHttpOperation::answerWithoutDateWritesNoRecord()
 
 void tst_VXHttpOperation::serverClockBehindGivesPositiveOffset()
 {
-    // The header has whole seconds: send it at a full second, moved back by one and a half.
+    // The header has whole seconds, so that it tells the date itself, not the clock's time.
+    QDateTime date;
+    QDateTime sent;
     VXRawPeer peer;
-    peer.setHandler([](const VXRawRequest&) {
-        const QDateTime server = QDateTime::currentDateTimeUtc().addMSecs(-1500);
-        return VXRawAnswer::http(200, "abc", {"Date: " + httpDate(server)});
+    peer.setHandler([&date, &sent](const VXRawRequest&) {
+        sent = QDateTime::currentDateTimeUtc();
+        date = QDateTime::fromSecsSinceEpoch(sent.addMSecs(-1500).toSecsSinceEpoch(), Qt::UTC);
+        return VXRawAnswer::http(200, "abc", {"Date: " + httpDate(date)});
     });
     const VXLogCapture log;
     const qsizetype before = VXLogger::instance()->offSetTimes().size();
@@ -460,7 +463,10 @@ void tst_VXHttpOperation::serverClockBehindGivesPositiveOffset()
     QCOMPARE(recordsOf(log).size(), 1);
     static const QRegularExpression offset(u"OFFBYMS:(-?\\d+) "_s);
     const int milliseconds = offset.match(recordsOf(log).constFirst()).captured(1).toInt();
-    QVERIFY2(milliseconds >= 1500 && milliseconds < 3500, qPrintable(recordsOf(log).constFirst()));
+    QVERIFY(date.msecsTo(sent) >= 1500 && date.msecsTo(sent) < 2500);
+    QVERIFY2(milliseconds >= date.msecsTo(sent), qPrintable(recordsOf(log).constFirst()));
+    QVERIFY2(milliseconds <= date.msecsTo(QDateTime::currentDateTimeUtc()),
+             qPrintable(recordsOf(log).constFirst()));
     QCOMPARE(VXLogger::instance()->offSetTimes().size(), before + 1);
     QCOMPARE(VXLogger::instance()->offSetTimes().constLast(), milliseconds);
 }
