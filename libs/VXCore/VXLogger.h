@@ -9,6 +9,7 @@
 #include <QtCore/QString>
 
 #include <functional>
+#include <memory>
 
 /// The application's log: files in the log folder ("Paths/logFolder" of the deployment), each at
 /// most 4 MiB long, the three before it kept as ".1" to ".3".

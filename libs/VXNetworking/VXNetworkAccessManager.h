@@ -166,8 +166,8 @@ private:
     static bool isTrustedHost(const QString& theHostKey);
     static void trustHost(const QString& theHostKey);
 
-    // Guards the registry, the trusted hosts and myBlockUIEvents. Recursive, because a manager is
-    // constructed under it.
+    // Guards the registry, the trusted hosts and changes of myBlockUIEvents, which only the
+    // manager's own thread reads. Recursive, because a manager is constructed under it.
     static QRecursiveMutex ourMutex;
     // Never destroyed: threads may outlive the static objects.
     static QHash<QThread*, VXNetworkAccessManager*>& ourManagersOfThreads;

@@ -41,7 +41,7 @@ public:
     /// The whole table in ascending order of the codes, for diagnostics.
     [[nodiscard]] QString messagesDump() const;
 
-    /// Fills the table if that has not happened yet. All the operations above call it.
+    /// Fills the table if that has not happened yet. All that read or change it call this first.
     void initMap() const;
 
 private:
