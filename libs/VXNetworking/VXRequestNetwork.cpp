@@ -34,7 +34,8 @@ enum ConnectionChoice
 
 bool isMainThread()
 {
-    return qApp != nullptr && QThread::currentThread() == qApp->thread();
+    const QCoreApplication* application = QCoreApplication::instance();
+    return application != nullptr && QThread::currentThread() == application->thread();
 }
 
 // The dialog dies with its parent when that goes while exec() runs.
@@ -59,8 +60,9 @@ VXRequestNetwork::~VXRequestNetwork() = default;
 
 void VXRequestNetwork::moveToMainThread()
 {
-    if (qApp != nullptr && thread() != qApp->thread())
-        moveToThread(qApp->thread());
+    const QCoreApplication* application = QCoreApplication::instance();
+    if (application != nullptr && thread() != application->thread())
+        moveToThread(application->thread());
 }
 
 QString VXRequestNetwork::windowTitle() const

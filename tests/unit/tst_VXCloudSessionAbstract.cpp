@@ -119,8 +119,8 @@ void tst_VXCloudSessionAbstract::logoutOnCloseIsConnectedOnce()
     PlainSession session;
     session.setLogoutOnClose(true);
     session.setLogoutOnClose(true);
-    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
-    qApp->exec();
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+    QCoreApplication::exec();
     QCOMPARE(session.closings, 1);
 }
 
@@ -129,8 +129,8 @@ void tst_VXCloudSessionAbstract::logoutOnCloseCanBeTakenBack()
     PlainSession session;
     session.setLogoutOnClose(true);
     session.setLogoutOnClose(false);
-    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
-    qApp->exec();
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+    QCoreApplication::exec();
     QCOMPARE(session.closings, 0);
 }
 

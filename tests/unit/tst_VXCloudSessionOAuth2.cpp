@@ -344,7 +344,8 @@ void tst_VXCloudSessionOAuth2::deletingTheSessionDuringARequestIsSafe()
     auto session = std::make_unique<Session>(peer);
     peer.setHandler([&](const VXRawRequest&) {
         QMetaObject::invokeMethod(
-            qApp, [&session] { session.reset(); }, Qt::BlockingQueuedConnection);
+            QCoreApplication::instance(), [&session] { session.reset(); },
+            Qt::BlockingQueuedConnection);
         return json(goodReply);
     });
     Session* const asked = session.get();
@@ -359,8 +360,8 @@ void tst_VXCloudSessionOAuth2::quittingRevokesTheToken()
     Session session(peer);
     session.setTokens(u"at-1"_s, u"rt-1"_s);
     session.setLogoutOnClose(true);
-    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
-    qApp->exec();
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+    QCoreApplication::exec();
     QCOMPARE(peer.requests().size(), 1);
     QCOMPARE(peer.requests().constFirst().target(), "/revoke");
     QVERIFY(!session.isOpen());

@@ -799,7 +799,8 @@ void tst_VXHttpOperation::quitDuringTheWaitIsNoSuccess()
 {
     VXRawPeer peer;
     peer.setHandler([](const VXRawRequest&) {
-        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                                  Qt::QueuedConnection);
         return VXRawAnswer().stall();
     });
     const VXLogCapture log;

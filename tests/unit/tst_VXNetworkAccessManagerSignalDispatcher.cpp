@@ -96,7 +96,8 @@ void tst_VXNetworkAccessManagerSignalDispatcher::questionsAreWelcomeUntilTheAppl
         QVERIFY(question.mayBeAsked());
     }
     // The last thing of an application's loop; it must not wait when nobody asks.
-    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                              Qt::QueuedConnection);
     QCoreApplication::exec();
     QVERIFY(!Dispatcher::Question().mayBeAsked());
     QCoreApplication::processEvents();

@@ -167,7 +167,7 @@ void tst_VXPlatformIndependent::sleepIsCutShortByTheEndOfTheApplication()
 {
     qint64 elapsed = -1;
     QTimer::singleShot(0, this, [&elapsed] {
-        QTimer::singleShot(20, qApp, &QCoreApplication::quit);
+        QTimer::singleShot(20, QCoreApplication::instance(), &QCoreApplication::quit);
         QElapsedTimer clock;
         clock.start();
         platform()->sleep(60000);
