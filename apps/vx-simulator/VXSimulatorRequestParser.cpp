@@ -11,16 +11,16 @@ constexpr qsizetype maximumMethodBytes = 32;
 bool isToken(const QByteArray& theText)
 {
     constexpr QByteArrayView marks("!#$%&'*+-.^_`|~");
-    return !theText.isEmpty() && std::ranges::all_of(theText, [&](char letter) {
-        return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'Z') ||
-               (letter >= 'a' && letter <= 'z') || marks.contains(letter);
+    return !theText.isEmpty() && std::ranges::all_of(theText, [&](char theLetter) {
+        return (theLetter >= '0' && theLetter <= '9') || (theLetter >= 'A' && theLetter <= 'Z') ||
+               (theLetter >= 'a' && theLetter <= 'z') || marks.contains(theLetter);
     });
 }
 
 bool hasControlBytes(const QByteArray& theText)
 {
-    return std::ranges::any_of(theText, [](char letter) {
-        const auto byte = static_cast<unsigned char>(letter);
+    return std::ranges::any_of(theText, [](char theLetter) {
+        const auto byte = static_cast<unsigned char>(theLetter);
         return (byte < 0x20 && byte != '\t') || byte == 0x7f;
     });
 }
@@ -35,7 +35,7 @@ bool isDigit(char theLetter, int theBase)
 /// A length in digits only, or -1. A sign, a blank or "0x" is refused (RFC 9110, 8.6).
 qint64 lengthFrom(const QByteArray& theText, int theBase)
 {
-    if (!std::ranges::all_of(theText, [&](char letter) { return isDigit(letter, theBase); }))
+    if (!std::ranges::all_of(theText, [&](char theLetter) { return isDigit(theLetter, theBase); }))
         return -1;
     bool isNumber = false;
     const qlonglong length = theText.toLongLong(&isNumber, theBase);
