@@ -33,7 +33,7 @@ VXBasisSettings::~VXBasisSettings() = default;
 
 QString VXBasisSettings::temporaryDirectory() const
 {
-    const QString folder = VXDeploymentConfig::instance()->text(u"Paths/temporaryDirectory"_s);
+    QString folder = VXDeploymentConfig::instance()->text(u"Paths/temporaryDirectory"_s);
     if (prepare(folder))
         return folder;
     qWarning().noquote() << folder + ": no folder of one's own for temporary files"_L1;

@@ -77,7 +77,7 @@ QString withoutSlash(const QString& thePath)
 QString pathBelow(const QString& theFolder, const QString& thePath)
 {
     const QString relative = withoutSlash(thePath);
-    const QString path = theFolder + u'/' + relative;
+    QString path = theFolder + u'/' + relative;
     const bool exists = QFileInfo::exists(path);
     if (!isPlain(relative) || (exists && assetBelow(theFolder, relative).isEmpty()))
         return theFolder + refusedName;
@@ -124,7 +124,7 @@ QString VXDirectoryConfig::startScreenHtmlPath(const QString& thePath, bool theI
 {
     const QString relative = withoutSlash(thePath);
     if (theIsDownloaded) {
-        const QString downloaded = assetBelow(downloadedStartScreen(), relative);
+        QString downloaded = assetBelow(downloadedStartScreen(), relative);
         if (!downloaded.isEmpty())
             return downloaded;
     }
