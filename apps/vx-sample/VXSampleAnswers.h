@@ -1,66 +1,77 @@
 #pragma once
 
+#include <VXGUIWidgets/VXDialogDriver.h>
+
 #include <QtCore/QJsonArray>
-#include <QtCore/QObject>
 #include <QtCore/QRegularExpression>
 
 #include <optional>
 
-class QAuthenticator;
-class QUrl;
 class VXSampleOutput;
 
-/// Answers the library's questions (server login, proxy login, TLS problems) from a list, where
-/// an application would show dialogs. Each question is printed as an event, without passwords.
+/// Answers dialogs from a list instead of the user. Each dialog is printed as an event, without
+/// passwords.
 ///
-/// It lives in the main thread and must outlive the exchanges. A question that no entry matches
-/// is refused, and the event says so.
-class VXSampleAnswers : public QObject
+/// A dialog that no entry matches is shown to the user when there is one; else it gets its escape
+/// button, and that counts as a failure. Main thread.
+class VXSampleAnswers : public VXDialogDriver
 {
-    Q_OBJECT
     Q_DISABLE_COPY_MOVE(VXSampleAnswers)
 
 public:
-    /// Connects itself to the library's dispatcher. `theOutput` must outlive this object.
+    /// `theOutput` must outlive this object.
     explicit VXSampleAnswers(VXSampleOutput& theOutput);
     ~VXSampleAnswers() override;
 
     /// Reads a JSON list from a file; the error text names file and entry, empty on success.
     QString readFile(const QString& theFile);
 
-    /// Takes the entries over, in front of the ones before: {"kind":"serverLogin", "proxyLogin"
-    /// or "sslErrors", "host":pattern with * and ?, "user", "password", "answer":true or false}.
-    /// The error text names the entry, empty on success; after an error nothing has changed.
+    /// Takes the entries over, in front of the ones before. An entry matches by "kind" (message,
+    /// question, autoClose, choice, password), "objectName", and by "title" and "text", patterns
+    /// with * and ?; what is left out matches all. It answers with "answer": the name of a button
+    /// (Ok, Cancel, Yes, No, Retry), the number of a choice, or true and false for going on and
+    /// giving up; with "user" and "password" where those are asked for; "afterMs" milliseconds
+    /// later. The error text names the entry, empty on success; after an error nothing has changed.
     QString add(const QJsonArray& theEntries);
 
     void clear();
 
-    /// How many questions came so far.
+    /// Whether somebody sits before the screen; true shows dialogs that no entry matches.
+    void setUserIsThere(bool theUserIsThere) { myUserIsThere = theUserIsThere; }
+    [[nodiscard]] bool userIsThere() const { return myUserIsThere; }
+
+    /// How many dialogs came so far.
     [[nodiscard]] int questions() const { return myQuestions; }
 
-private:
-    void answerServerLogin(const QUrl& theUrl, QAuthenticator* theAuthenticator);
-    void answerProxyLogin(const QUrl& theUrl, QAuthenticator* theAuthenticator,
-                          const QString& theProxyHost);
-    void answerSslErrors(const QString& theHost, const QList<QString>& theErrorList,
-                         bool* theResult);
+    /// How many of them nobody answered.
+    [[nodiscard]] int unanswered() const { return myUnanswered; }
 
+    std::optional<VXDialogAnswer> ask(const VXDialogQuestion& theQuestion) override;
+
+private:
     struct Entry
     {
-        QString kind;
-        QRegularExpression host;
+        QString kind; ///< empty = any, as the others
+        QString objectName;
+        QRegularExpression title;
+        QRegularExpression text;
+        QJsonValue answer;
         QString user;
         QString password;
-        bool answer = false;
+        int milliseconds = 0;
     };
 
     static QString read(const QJsonValue& theValue, Entry* theEntry);
-    [[nodiscard]] std::optional<Entry> find(const QString& theKind, const QString& theHost) const;
-    void answer(const QString& theKind, const QString& theHost, QAuthenticator* theAuthenticator);
-    void announce(const QString& theKind, const QString& theHost,
-                  const std::optional<Entry>& theEntry, const QStringList& theErrors = {});
+    static bool matches(const Entry& theEntry, const VXDialogQuestion& theQuestion);
+    static std::optional<VXDialogAnswer> answerOf(const Entry& theEntry,
+                                                  const VXDialogQuestion& theQuestion);
+    [[nodiscard]] const Entry* find(const VXDialogQuestion& theQuestion) const;
+    void announce(const VXDialogQuestion& theQuestion, const QString& theAnswerText,
+                  bool theIsMatched, const QString& theUser);
 
     VXSampleOutput& myOutput;
     QList<Entry> myEntries;
+    bool myUserIsThere = false;
     int myQuestions = 0;
+    int myUnanswered = 0;
 };

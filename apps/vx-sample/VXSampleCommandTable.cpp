@@ -3,10 +3,13 @@
 #include "VXSampleConfigCommand.h"
 #include "VXSampleCredentialsCommand.h"
 #include "VXSampleDownloadCommand.h"
+#include "VXSampleGuiCommand.h"
+#include "VXSampleHandleCommand.h"
 #include "VXSampleLoginCommand.h"
 #include "VXSampleMessageCommand.h"
 #include "VXSampleOrderCommand.h"
 #include "VXSampleProbeCommand.h"
+#include "VXSampleProblemCommand.h"
 #include "VXSampleProxyCommand.h"
 #include "VXSampleRequestCommand.h"
 #include "VXSampleSessionCommand.h"
@@ -57,6 +60,16 @@ constexpr std::array commands{
     VXSampleCommandRow{"messages"_L1, ""_L1, "Show the whole table of error texts."_L1,
                        "messages"_L1, 0, 0, Application::Core, Duration::Finite,
                        make<VXSampleMessageCommand>},
+    VXSampleCommandRow{"handle"_L1, "CODE"_L1,
+                       "Let the mediator talk to the user about an error."_L1, "handle 3503"_L1, 1,
+                       1, Application::Widgets, Duration::Finite, make<VXSampleHandleCommand>},
+    VXSampleCommandRow{"problem"_L1, "NAME..."_L1,
+                       "Bring network problems about, each from a real error, with its dialog."_L1,
+                       "problem connection login-wait"_L1, 1, -1, Application::Widgets,
+                       Duration::Finite, make<VXSampleProblemCommand>},
+    VXSampleCommandRow{"gui"_L1, ""_L1, "Show the main window; the problems are a menu there."_L1,
+                       "gui"_L1, 0, 0, Application::Widgets, Duration::Service,
+                       make<VXSampleGuiCommand>},
     VXSampleCommandRow{"proxy"_L1, "show|set CHOICE|for URL"_L1,
                        "Show or change the proxy settings (no, sys, my), or ask for an address."_L1,
                        "proxy set my --host proxy.test --port 3128"_L1, 1, 2, Application::Core,

@@ -6,6 +6,7 @@
 #include "VXSampleContext.h"
 #include "VXSampleHelp.h"
 #include "VXSampleMessages.h"
+#include "VXSampleQuestions.h"
 #include "VXSampleSimulator.h"
 
 #include <VXCore/VXCommandLineParser.h>
@@ -14,6 +15,8 @@
 #include <VXCore/VXInitializerOption.h>
 #include <VXCore/VXLocaleAndTranslationManager.h>
 #include <VXCore/VXLogger.h>
+#include <VXGUIWidgets/VXCSSSkinManager.h>
+#include <VXGUIWidgets/VXRequest.h>
 #include <VXNetworking/VXNetworkingErrorMessageMap.h>
 
 #include <QtCore/QCommandLineParser>
@@ -206,9 +209,17 @@ bool VXSampleProgram::hasDisplay() const
 void VXSampleProgram::makeApplication()
 {
     if (myCommand->application == VXSampleApplication::Widgets)
-        myApplication = std::make_unique<QApplication>(myCount, myArguments);
+        makeWidgetsApplication();
     else
         myApplication = std::make_unique<QCoreApplication>(myCount, myArguments);
+}
+
+void VXSampleProgram::makeWidgetsApplication()
+{
+    myApplication = std::make_unique<QApplication>(myCount, myArguments);
+    // A dialog that closes while there is no other window is not the end of the program.
+    QApplication::setQuitOnLastWindowClosed(false);
+    VXCSSSkinManager::instance()->applyConfiguredMode();
 }
 
 /// A command runs inside the application's event loop, so that quitting ends its waits.
@@ -240,6 +251,10 @@ VXSampleExitCode VXSampleProgram::runCommand(const QStringList& theArguments)
 
     VXSampleSimulator simulator(myOptions.simulator);
     VXSampleAnswers answers(myOutput);
+    answers.setUserIsThere(myCommand->application == VXSampleApplication::Widgets &&
+                           myOptions.answers.isEmpty());
+    VXRequest::setDialogDriver(&answers);
+    const VXSampleQuestions questions;
     if (!myOptions.answers.isEmpty()) {
         const QString complaint = answers.readFile(myOptions.answers);
         if (!complaint.isEmpty())
@@ -253,7 +268,10 @@ VXSampleExitCode VXSampleProgram::runCommand(const QStringList& theArguments)
     VXSampleContext context{myOptions, myOutput, simulator, answers};
     const VXSampleExitCode code = command->run(parser, context);
     const bool isLate = myTimeIsUp && myCommand->duration == VXSampleDuration::Finite;
-    return isLate ? VXSampleExitCode::TimedOut : code;
+    if (isLate)
+        return VXSampleExitCode::TimedOut;
+    const bool isUnanswered = code == VXSampleExitCode::Success && answers.unanswered() > 0;
+    return isUnanswered ? VXSampleExitCode::LibraryError : code;
 }
 
 VXSampleExitCode VXSampleProgram::checkCount(qsizetype theCount)

@@ -33,6 +33,7 @@ private:
     bool configure();
     [[nodiscard]] bool hasDisplay() const;
     void makeApplication();
+    void makeWidgetsApplication();
     void showPartner() const;
     VXSampleExitCode runInEventLoop(const QStringList& theArguments);
     VXSampleExitCode runCommand(const QStringList& theArguments);

@@ -1,5 +1,6 @@
 #include "VXSampleTourCommand.h"
 
+#include "VXSampleAnswers.h"
 #include "VXSampleContext.h"
 #include "VXSampleMessages.h"
 #include "VXSampleOutput.h"
@@ -38,6 +39,7 @@ VXSampleExitCode VXSampleTourCommand::run(const QCommandLineParser& theArguments
         theContext.output.message(u"vx-sample: %1"_s.arg(theContext.simulator.errorText()));
         return VXSampleExitCode::EnvironmentError;
     }
+    theContext.answers.setUserIsThere(false); // the steps bring their own answers
     return tour(folder, groups, theContext);
 }
 

@@ -84,8 +84,9 @@ void expectEchoed(VXTourRun& theRun, const Outcome& theOutcome, const VXTourExpe
 /// One answer to TLS questions about a port of the simulator.
 void answerTls(VXTourRun& theRun, const QUrl& theUrl, bool theAnswer)
 {
-    theRun.world.answers.add({QJsonObject{
-        {u"kind"_s, u"sslErrors"_s}, {u"host"_s, theUrl.authority()}, {u"answer"_s, theAnswer}}});
+    theRun.world.answers.add({QJsonObject{{u"kind"_s, u"question"_s},
+                                          {u"text"_s, u"*<b>%1</b>*"_s.arg(theUrl.authority())},
+                                          {u"answer"_s, theAnswer}}});
 }
 
 void ownAuthorityIsTrusted(VXTourRun& theRun)
@@ -171,8 +172,8 @@ void demandProxyPassword(VXTourRun& theRun, const QString& theAnswer)
                       u"/proxy"_s, {{u"user"_s, proxyUser()}, {u"password"_s, proxyPassword()}}),
                   u"the simulator refuses the proxy password"_s);
     theRun.world.answers.clear();
-    theRun.world.answers.add({QJsonObject{{u"kind"_s, u"proxyLogin"_s},
-                                          {u"host"_s, u"127.0.0.1"_s},
+    theRun.world.answers.add({QJsonObject{{u"kind"_s, u"password"_s},
+                                          {u"text"_s, u"*Proxy \"127.0.0.1\"*"_s},
                                           {u"user"_s, proxyUser()},
                                           {u"password"_s, theAnswer}}});
 }

@@ -40,16 +40,12 @@ QHBoxLayout* createMessage(const QString& theText, QWidget* theDialog)
 VXExclusiveChoiceDialog::VXExclusiveChoiceDialog(const QString& theTitle, const QString& theText,
                                                  QWidget* theParent)
     : QDialog(theParent != nullptr ? theParent : VXMessageBox::activeParent())
+    , myQuestion(question(theTitle, theText))
     , myLinks(new QVBoxLayout)
 {
-    myQuestion.kind = VXDialogKind::Choice;
-    myQuestion.title = theTitle;
-    myQuestion.text = theText;
-    myQuestion.buttons = QMessageBox::Cancel;
-    myQuestion.escapeButton = QMessageBox::Cancel;
     myQuestion.parent = parentWidget();
 
-    setObjectName(u"exclusiveChoiceDialog"_s);
+    setObjectName(myQuestion.objectName);
     setWindowTitle(theTitle);
     setWindowModality(Qt::ApplicationModal);
     setMinimumWidth(minimumWidthInPixels);
@@ -67,6 +63,18 @@ VXExclusiveChoiceDialog::VXExclusiveChoiceDialog(const QString& theTitle, const 
 }
 
 VXExclusiveChoiceDialog::~VXExclusiveChoiceDialog() = default;
+
+VXDialogQuestion VXExclusiveChoiceDialog::question(const QString& theTitle, const QString& theText)
+{
+    VXDialogQuestion question;
+    question.kind = VXDialogKind::Choice;
+    question.objectName = u"exclusiveChoiceDialog"_s;
+    question.title = theTitle;
+    question.text = theText;
+    question.buttons = QMessageBox::Cancel;
+    question.escapeButton = QMessageBox::Cancel;
+    return question;
+}
 
 void VXExclusiveChoiceDialog::addChoice(int theValue, const QString& theTitle,
                                         const QString& theDescription)

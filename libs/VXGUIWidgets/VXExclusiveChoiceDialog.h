@@ -24,6 +24,9 @@ public:
                             QWidget* theParent = nullptr);
     ~VXExclusiveChoiceDialog() override;
 
+    /// What a driver sees of such a dialog, but for its choices. Needs no widgets.
+    [[nodiscard]] static VXDialogQuestion question(const QString& theTitle, const QString& theText);
+
     /// Adds a choice below the others. An ampersand in the title is shown as a letter.
     void addChoice(int theValue, const QString& theTitle, const QString& theDescription);
 

@@ -89,18 +89,26 @@ void VXPasswordDialog::setUserName(const QString& theUserName)
     (theUserName.isEmpty() ? myUserName : myPassword)->setFocus();
 }
 
-int VXPasswordDialog::exec()
+VXDialogQuestion VXPasswordDialog::question(const QString& theText)
 {
     VXDialogQuestion question;
     question.kind = VXDialogKind::Password;
-    question.objectName = objectName();
-    question.title = windowTitle();
-    question.text = myText;
+    question.objectName = u"passwordDialog"_s;
+    question.title = tr("Anmeldung erforderlich");
+    question.text = theText;
     question.buttons = QMessageBox::Ok | QMessageBox::Cancel;
     question.defaultButton = QMessageBox::Ok;
     question.escapeButton = QMessageBox::Cancel;
-    question.parent = parentWidget();
-    if (const auto answer = VXDialogDriver::askCurrent(question))
+    return question;
+}
+
+int VXPasswordDialog::exec()
+{
+    VXDialogQuestion asked = question(myText);
+    asked.objectName = objectName();
+    asked.title = windowTitle();
+    asked.parent = parentWidget();
+    if (const auto answer = VXDialogDriver::askCurrent(asked))
         return answerByDriver(*answer);
     return QDialog::exec();
 }

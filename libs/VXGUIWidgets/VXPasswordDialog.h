@@ -6,6 +6,7 @@
 
 class QLineEdit;
 struct VXDialogAnswer;
+struct VXDialogQuestion;
 
 /// Asks for user name and password. Accepted only with OK; both fields may stay empty. The
 /// password is wiped from the field when the dialog closes unaccepted or is destroyed, and is never
@@ -19,6 +20,9 @@ public:
     /// theText may be rich text. Without a parent the dialog belongs to the active window.
     explicit VXPasswordDialog(const QString& theText, QWidget* theParent = nullptr);
     ~VXPasswordDialog() override;
+
+    /// What a driver sees of such a dialog. Needs no widgets.
+    [[nodiscard]] static VXDialogQuestion question(const QString& theText);
 
     [[nodiscard]] QString userName() const;
     [[nodiscard]] QString password() const;

@@ -1,7 +1,9 @@
 #include "VXRequest.h"
 
 #include "VXAutoCloseMessageBox.h"
+#include "VXExclusiveChoiceDialog.h"
 #include "VXMessageBox.h"
+#include "VXPasswordDialog.h"
 
 #include <QtCore/QPointer>
 
@@ -99,6 +101,47 @@ QMessageBox::StandardButton VXRequest::autoCloseMessageBox(
     question.escapeButton = theEscape;
     question.seconds = theSeconds;
     return ask(question);
+}
+
+std::optional<int> VXRequest::choose(const QString& theTitle, const QString& theText,
+                                     const QList<VXDialogChoice>& theChoices, QWidget* theParent)
+{
+    VXDialogQuestion question = VXExclusiveChoiceDialog::question(theTitle, theText);
+    question.choices = theChoices;
+    question.parent = theParent;
+    if (const auto answer = VXDialogDriver::askCurrent(question))
+        return answer->choice;
+
+    const QPointer dialog = new VXExclusiveChoiceDialog(theTitle, theText, theParent);
+    for (const VXDialogChoice& choice : theChoices)
+        dialog->addChoice(choice.value, choice.title, choice.description);
+    dialog->QDialog::exec(); // the driver was asked already
+    if (!dialog)
+        return std::nullopt; // went with its parent
+    const std::optional<int> value = dialog->chosenValue();
+    delete dialog;
+    return value;
+}
+
+VXDialogAnswer VXRequest::askForLogin(const QString& theText, QWidget* theParent)
+{
+    VXDialogQuestion question = VXPasswordDialog::question(theText);
+    question.parent = theParent;
+    if (const auto answer = VXDialogDriver::askCurrent(question))
+        return *answer;
+
+    const QPointer dialog = new VXPasswordDialog(theText, theParent);
+    const int result = dialog->QDialog::exec(); // the driver was asked already
+    if (!dialog)
+        return {}; // went with its parent
+    VXDialogAnswer answer;
+    answer.button = result == QDialog::Accepted ? QMessageBox::Ok : QMessageBox::Cancel;
+    if (result == QDialog::Accepted) {
+        answer.userName = dialog->userName();
+        answer.password = dialog->password();
+    }
+    delete dialog;
+    return answer;
 }
 
 QString VXRequest::attentionString()

@@ -7,6 +7,8 @@
 #include <QtCore/QString>
 #include <QtWidgets/QMessageBox>
 
+#include <optional>
+
 class VXMessageBox;
 
 /// The standard dialogs of the application. Each blocks until it is answered, belongs to the given
@@ -51,6 +53,14 @@ public:
                         QMessageBox::StandardButton theDefault,
                         QMessageBox::StandardButton theEscape = QMessageBox::NoButton,
                         const QString& theObjectName = {}, QWidget* theParent = nullptr);
+
+    /// Asks for one of theChoices, each a command link; none when the user cancelled.
+    [[nodiscard]] std::optional<int> choose(const QString& theTitle, const QString& theText,
+                                            const QList<VXDialogChoice>& theChoices,
+                                            QWidget* theParent = nullptr);
+
+    /// Asks for user name and password, which the answer holds when its button is Ok.
+    [[nodiscard]] VXDialogAnswer askForLogin(const QString& theText, QWidget* theParent = nullptr);
 
     /// Stock titles.
     [[nodiscard]] static QString attentionString();

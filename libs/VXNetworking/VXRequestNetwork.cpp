@@ -6,17 +6,13 @@
 #include <VXCore/VXMath.h>
 #include <VXCore/VXPlatformIndependent.h>
 #include <VXCore/VXVersionConfig.h>
-#include <VXGUIWidgets/VXExclusiveChoiceDialog.h>
-#include <VXGUIWidgets/VXPasswordDialog.h>
 
 #include <QtCore/QDeadlineTimer>
-#include <QtCore/QPointer>
+#include <QtCore/QEventLoop>
 #include <QtCore/QThread>
 #include <QtCore/QUrl>
 #include <QtNetwork/QAuthenticator>
 #include <QtWidgets/QApplication>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -38,15 +34,12 @@ bool isMainThread()
     return application != nullptr && QThread::currentThread() == application->thread();
 }
 
-// The dialog dies with its parent when that goes while exec() runs.
-std::optional<int> run(const QPointer<VXExclusiveChoiceDialog>& theDialog)
+// Once the application quits, no event loop runs any more and a sleep returns at once.
+bool isApplicationQuitting()
 {
-    theDialog->exec();
-    if (!theDialog)
-        return std::nullopt;
-    const std::optional<int> value = theDialog->chosenValue();
-    delete theDialog;
-    return value;
+    QEventLoop loop;
+    QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+    return loop.exec(QEventLoop::ExcludeUserInputEvents) == -1;
 }
 
 } // namespace
@@ -133,30 +126,32 @@ bool VXRequestNetwork::handlePaymentError(const VXNetworkingError& theError)
 
 bool VXRequestNetwork::handleRemoteSystemError(const VXNetworkingError& theError)
 {
-    const QPointer dialog = new VXExclusiveChoiceDialog( // run() deletes it
-        windowTitle(), theError.errorMessage() + tr("<p>Wollen Sie es noch einmal versuchen?"));
-    addRetry(*dialog, 1);
-    return run(dialog).has_value();
+    return askHowToGoOn(theError, {retryChoice(1)}).has_value();
 }
 
 bool VXRequestNetwork::handleConnectionError(const VXNetworkingError& theError)
 {
-    const QPointer dialog = new VXExclusiveChoiceDialog( // run() deletes it
-        windowTitle(), theError.errorMessage() + tr("<p>Wollen Sie es noch einmal versuchen?"));
-    dialog->addChoice(EditSettings, tr("Netzwerkeinstellungen ändern...", "CMDLNKTITLE"),
-                      tr("Startet den Dialog \"Netzwerkeinstellungen\"", "CMDLINKTEXT"));
-    addRetry(*dialog, TryAgain);
-
-    const std::optional<int> choice = run(dialog);
+    const VXDialogChoice settings{
+        EditSettings, tr("Netzwerkeinstellungen ändern...", "CMDLNKTITLE"),
+        tr("Startet den Dialog \"Netzwerkeinstellungen\"", "CMDLINKTEXT")};
+    const std::optional<int> choice = askHowToGoOn(theError, {settings, retryChoice(TryAgain)});
     if (choice == EditSettings)
         Q_EMIT pleaseStartSomeDialogToEditTheProxyPreferences();
     return choice.has_value();
 }
 
-void VXRequestNetwork::addRetry(VXExclusiveChoiceDialog& theDialog, int theValue) const
+std::optional<int> VXRequestNetwork::askHowToGoOn(const VXNetworkingError& theError,
+                                                  const QList<VXDialogChoice>& theChoices)
 {
-    theDialog.addChoice(theValue, tr("Noch einmal versuchen", "CMDLNKTITLE"),
-                        tr("Führt die Aktion noch einmal durch", "CMDLINKTEXT"));
+    return choose(windowTitle(),
+                  theError.errorMessage() + tr("<p>Wollen Sie es noch einmal versuchen?"),
+                  theChoices);
+}
+
+VXDialogChoice VXRequestNetwork::retryChoice(int theValue) const
+{
+    return {theValue, tr("Noch einmal versuchen", "CMDLNKTITLE"),
+            tr("Führt die Aktion noch einmal durch", "CMDLINKTEXT")};
 }
 
 void VXRequestNetwork::handleInvalidLoginError(const VXNetworkingError& theError)
@@ -186,7 +181,7 @@ void VXRequestNetwork::waitBeforeNextLogin(const QDeadlineTimer& theDeadline)
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     Q_EMIT enableLoginButton(false);
-    while (!theDeadline.hasExpired())
+    while (!theDeadline.hasExpired() && !isApplicationQuitting())
         VXPlatformIndependent::instance()->sleep(sleepMilliseconds);
     // Clicks that were held back meet the disabled button now, not the enabled one afterwards.
     QCoreApplication::processEvents();
@@ -217,15 +212,11 @@ void VXRequestNetwork::handleProxyAuthenticationRequest(const QUrl& theUrl,
 
 void VXRequestNetwork::runPasswordDialog(const QString& theText, QAuthenticator* theAuthenticator)
 {
-    const QPointer dialog = new VXPasswordDialog(theText, QApplication::activeWindow());
-    const int result = dialog->exec();
-    if (!dialog)
-        return; // went with its parent
-    if (result == QDialog::Accepted) {
-        theAuthenticator->setUser(dialog->userName());
-        theAuthenticator->setPassword(dialog->password());
-    }
-    delete dialog;
+    const VXDialogAnswer answer = askForLogin(theText, QApplication::activeWindow());
+    if (answer.button != QMessageBox::Ok)
+        return;
+    theAuthenticator->setUser(answer.userName);
+    theAuthenticator->setPassword(answer.password);
 }
 
 bool VXRequestNetwork::askIgnoreSSLErrors(const QString& theUrl, const QStringList& theErrors)

@@ -7,10 +7,11 @@
 
 #include <QtCore/QStringList>
 
+#include <optional>
+
 class QAuthenticator;
 class QDeadlineTimer;
 class QUrl;
-class VXExclusiveChoiceDialog;
 class VXNetworkingError;
 
 /// The one place where the library talks to the user about network problems, updates, certificates
@@ -117,6 +118,8 @@ Q_SIGNALS:
 
 private:
     void moveToMainThread();
-    void addRetry(VXExclusiveChoiceDialog& theDialog, int theValue) const;
+    [[nodiscard]] std::optional<int> askHowToGoOn(const VXNetworkingError& theError,
+                                                  const QList<VXDialogChoice>& theChoices);
+    [[nodiscard]] VXDialogChoice retryChoice(int theValue) const;
     void waitBeforeNextLogin(const QDeadlineTimer& theDeadline);
 };

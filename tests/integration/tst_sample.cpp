@@ -69,6 +69,14 @@ private Q_SLOTS:
     void tlsQuestionIsAnsweredFromTheFile_data();
     void tlsQuestionIsAnsweredFromTheFile();
     void questionWithoutAnswerIsRefusedAndSaysSo();
+    void handleTellsTheDialogAndTheAnswer_data();
+    void handleTellsTheDialogAndTheAnswer();
+    void handleKeepsTheLoginButtonDisabledForTheWait();
+    void unansweredDialogCountsAsFailure();
+    void problemsComeFromRealErrors_data();
+    void problemsComeFromRealErrors();
+    void refusedCertificateIsExplained();
+    void mainWindowAppearsWithoutADisplay();
 
 private:
     [[nodiscard]] VXSampleRun run(const QStringList& theArguments,
@@ -166,7 +174,7 @@ void tst_sample::wrongUsageEndsWithStatus2_data()
     QTest::addColumn<QString>("text");
 
     const QString answers = write(u"no-list.json"_s, "{}");
-    const QString badKind = write(u"bad-kind.json"_s, R"([{"kind":"serverLogin"},{"kind":"x"}])");
+    const QString badKind = write(u"bad-kind.json"_s, R"([{"kind":"password"},{"kind":"x"}])");
     const QString badJson = write(u"bad.json"_s, "[{");
     const QString message = u"message"_s;
     const QString request = u"request"_s;
@@ -613,27 +621,34 @@ void tst_sample::configShowHidesSecrets()
 
 void tst_sample::serverLoginIsAnsweredFromTheFile()
 {
-    const QString answers =
-        write(u"login.json"_s,
-              R"([{"kind":"serverLogin","host":"127.*","user":"anna","password":"w0rt-x"}])");
+    const QString answers = write(
+        u"login.json"_s,
+        R"([{"kind":"password","text":"*URL \"http://127.*","user":"anna","password":"w0rt-x"}])");
     const VXSampleRun get =
         run({u"--answers"_s, answers, u"request"_s, u"GET"_s, u"/auth/basic/anna/w0rt-x"_s});
     QCOMPARE(get.exitCode(), 0);
-    const QList<QJsonObject> questions = get.events(u"question"_s);
-    QCOMPARE(questions.size(), 1);
-    QCOMPARE(questions.at(0), (QJsonObject{{u"event"_s, u"question"_s},
-                                           {u"kind"_s, u"serverLogin"_s},
-                                           {u"host"_s, u"127.0.0.1"_s},
-                                           {u"user"_s, u"anna"_s},
-                                           {u"answer"_s, u"given"_s},
-                                           {u"matched"_s, true}}));
+    const QList<QJsonObject> dialogs = get.events(u"dialog"_s);
+    QCOMPARE(dialogs.size(), 1);
+    QCOMPARE(
+        dialogs.at(0),
+        (QJsonObject{
+            {u"event"_s, u"dialog"_s},
+            {u"kind"_s, u"password"_s},
+            {u"objectName"_s, u"passwordDialog"_s},
+            {u"title"_s, u"Anmeldung erforderlich"_s},
+            {u"text"_s,
+             u"Für die URL \"http://127.0.0.1:%1/auth/basic/anna/w0rt-x\" wird eine Authentifizierung benötigt.<br>Bitte gebe Sie Ihren Benutzernamen und Ihr Passwort ein."_s
+                 .arg(mySimulator->port(u"http"_s))},
+            {u"user"_s, u"anna"_s},
+            {u"answer"_s, u"Ok"_s},
+            {u"matched"_s, true}}));
 }
 
 void tst_sample::proxyLoginIsAnsweredFromTheFile()
 {
     const QString settings = myFolder.filePath(u"proxy-settings.ini"_s);
     const QString answers = write(
-        u"proxy.json"_s, R"([{"kind":"proxyLogin","host":"*","user":"kunde","password":"s3"}])");
+        u"proxy.json"_s, R"([{"text":"*Proxy \"127.0.0.1\"*","user":"kunde","password":"s3"}])");
     const VXSampleRun set({u"--settings"_s, settings, u"proxy"_s, u"set"_s, u"my"_s, u"--host"_s,
                            u"127.0.0.1"_s, u"--port"_s,
                            QString::number(mySimulator->port(u"proxy"_s))});
@@ -644,9 +659,9 @@ void tst_sample::proxyLoginIsAnsweredFromTheFile()
                                  u"GET"_s, u"http://service.test/echo"_s, u"--threads"_s, u"1"_s});
     QCOMPARE(get.exitCode(), 0);
     QCOMPARE(get.result().value(u"http"_s).toInt(), 200);
-    QCOMPARE(get.events(u"question"_s).size(), 1);
-    QCOMPARE(get.events(u"question"_s).at(0).value(u"kind"_s).toString(), u"proxyLogin"_s);
-    QVERIFY(!get.events(u"question"_s).at(0).contains(u"password"_s));
+    QCOMPARE(get.events(u"dialog"_s).size(), 1);
+    QCOMPARE(get.events(u"dialog"_s).at(0).value(u"kind"_s).toString(), u"password"_s);
+    QVERIFY(!get.events(u"dialog"_s).at(0).contains(u"password"_s));
 }
 
 void tst_sample::tlsQuestionIsAnsweredFromTheFile_data()
@@ -657,6 +672,8 @@ void tst_sample::tlsQuestionIsAnsweredFromTheFile_data()
 
     QTest::newRow("accepted") << QByteArray("true") << 0 << 0;
     QTest::newRow("declined") << QByteArray("false") << 1 << 3506;
+    QTest::newRow("accepted by button") << QByteArray("\"Yes\"") << 0 << 0;
+    QTest::newRow("declined by button") << QByteArray("\"No\"") << 1 << 3506;
 }
 
 void tst_sample::tlsQuestionIsAnsweredFromTheFile()
@@ -666,14 +683,14 @@ void tst_sample::tlsQuestionIsAnsweredFromTheFile()
     QFETCH(int, code);
 
     const QString answers = write(
-        u"tls.json"_s, R"([{"kind":"sslErrors","host":"127.0.0.1:*","answer":)" + answer + "}]");
+        u"tls.json"_s, R"([{"title":"SSL*","text":"*<b>127.0.0.1:*","answer":)" + answer + "}]");
     const int port = mySimulator->ready().value(u"https"_s).toObject().value(u"expired"_s).toInt();
     const VXSampleRun get = run({u"--answers"_s, answers, u"request"_s, u"GET"_s,
                                  u"https://127.0.0.1:%1/echo"_s.arg(port)});
     QCOMPARE(get.exitCode(), exitCode);
     QCOMPARE(get.result().value(u"code"_s).toInt(), code);
-    QCOMPARE(get.events(u"question"_s).size(), 1);
-    QVERIFY(!get.events(u"question"_s).at(0).value(u"errors"_s).toArray().isEmpty());
+    QCOMPARE(get.events(u"dialog"_s).size(), 1);
+    QVERIFY(get.events(u"dialog"_s).at(0).value(u"text"_s).toString().contains(u"<li>"_s));
 }
 
 void tst_sample::questionWithoutAnswerIsRefusedAndSaysSo()
@@ -681,10 +698,154 @@ void tst_sample::questionWithoutAnswerIsRefusedAndSaysSo()
     const VXSampleRun get = run({u"request"_s, u"GET"_s, u"/auth/basic/anna/other"_s});
     QCOMPARE(get.exitCode(), 1);
     QCOMPARE(get.result().value(u"code"_s).toInt(), 3704);
-    QCOMPARE(get.events(u"question"_s).size(), 1);
-    QCOMPARE(get.events(u"question"_s).at(0).value(u"answer"_s).toString(), u"refused"_s);
-    QCOMPARE(get.events(u"question"_s).at(0).value(u"matched"_s).toBool(), false);
-    QVERIFY(get.standardError().contains(u"no answer for the question serverLogin"_s));
+    QCOMPARE(get.events(u"dialog"_s).size(), 1);
+    QCOMPARE(get.events(u"dialog"_s).at(0).value(u"answer"_s).toString(), u"Cancel"_s);
+    QCOMPARE(get.events(u"dialog"_s).at(0).value(u"matched"_s).toBool(), false);
+    QVERIFY(get.standardError().contains(
+        u"no answer for the dialog \"Anmeldung erforderlich\": Cancel"_s));
+}
+
+void tst_sample::handleTellsTheDialogAndTheAnswer_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("pressed");
+    QTest::addColumn<bool>("retry");
+
+    QTest::newRow("critical box") << QStringList{u"4"_s} << QByteArray("true") << u"message"_s
+                                  << u"Cancel"_s << false;
+    QTest::newRow("warning") << QStringList{u"5"_s} << QByteArray("true") << u"message"_s << u"Ok"_s
+                             << false;
+    QTest::newRow("once more") << QStringList{u"1000"_s} << QByteArray("1") << u"choice"_s << u"1"_s
+                               << true;
+    QTest::newRow("network settings")
+        << QStringList{u"3503"_s} << QByteArray("1") << u"choice"_s << u"1"_s << true;
+    QTest::newRow("connection, again")
+        << QStringList{u"3503"_s} << QByteArray("2") << u"choice"_s << u"2"_s << true;
+    QTest::newRow("cancelled") << QStringList{u"3503"_s} << QByteArray("false") << u"choice"_s
+                               << u"Cancel"_s << false;
+    QTest::newRow("countdown, again") << QStringList{u"1005"_s} << QByteArray("\"Retry\"")
+                                      << u"autoClose"_s << u"Retry"_s << true;
+    QTest::newRow("login") << QStringList{u"2"_s} << QByteArray("true") << u"autoClose"_s << u"Ok"_s
+                           << false;
+}
+
+void tst_sample::handleTellsTheDialogAndTheAnswer()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, kind);
+    QFETCH(QString, pressed);
+    QFETCH(bool, retry);
+
+    const QString answers = write(u"handle.json"_s, "[{\"answer\":" + answer + "}]");
+    const VXSampleRun handled =
+        run(QStringList{u"--offscreen"_s, u"--answers"_s, answers, u"handle"_s} + arguments);
+    QCOMPARE(handled.exitCode(), 0);
+    QCOMPARE(handled.events(u"dialog"_s).size(), 1);
+    QCOMPARE(handled.events(u"dialog"_s).at(0).value(u"kind"_s).toString(), kind);
+    QCOMPARE(handled.events(u"dialog"_s).at(0).value(u"answer"_s).toString(), pressed);
+    QCOMPARE(handled.result().value(u"retry"_s).toBool(), retry);
+    const bool isSettings = arguments == QStringList{u"3503"_s} && answer == "1";
+    QCOMPARE(handled.events(u"editProxyPreferences"_s).size(), isSettings ? 1 : 0);
+}
+
+void tst_sample::handleKeepsTheLoginButtonDisabledForTheWait()
+{
+    const QString answers =
+        write(u"wait.json"_s, R"([{"objectName":"loginErrorMessageBox","answer":"Ok"}])");
+    const VXSampleRun handled =
+        run({u"--offscreen"_s, u"--answers"_s, answers, u"handle"_s, u"2"_s, u"--wait"_s, u"1"_s});
+    QCOMPARE(handled.exitCode(), 0);
+    QCOMPARE(handled.events(u"dialog"_s).at(0).value(u"seconds"_s).toInt(), 1);
+    const QList<QJsonObject> enabled = handled.events(u"enableLoginButton"_s);
+    QCOMPARE(enabled.size(), 2);
+    QCOMPARE(enabled.at(0).value(u"enable"_s).toBool(), false);
+    QCOMPARE(enabled.at(1).value(u"enable"_s).toBool(), true);
+}
+
+void tst_sample::unansweredDialogCountsAsFailure()
+{
+    const QString answers = write(u"none.json"_s, R"([{"objectName":"otherBox"}])");
+    const VXSampleRun handled =
+        run({u"--offscreen"_s, u"--answers"_s, answers, u"handle"_s, u"1000"_s});
+    QCOMPARE(handled.exitCode(), 1);
+    QCOMPARE(handled.events(u"dialog"_s).at(0).value(u"answer"_s).toString(), u"Cancel"_s);
+    QCOMPARE(handled.result().value(u"retry"_s).toBool(), false);
+}
+
+void tst_sample::problemsComeFromRealErrors_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("title");
+
+    const QString error = u"Ein Fehler ist aufgetreten*"_s;
+    QTest::newRow("dead port") << u"connection"_s << 3501 << u"choice"_s << error;
+    QTest::newRow("server") << u"remote-system"_s << 1000 << u"choice"_s << error;
+    QTest::newRow("overload") << u"auto-recover"_s << 1005 << u"autoClose"_s
+                              << u"Einen Moment bitte"_s;
+    QTest::newRow("session") << u"unspecific"_s << 4 << u"message"_s << error;
+    QTest::newRow("input") << u"user-input"_s << 5 << u"message"_s << error;
+    QTest::newRow("payment") << u"payment"_s << 655 << u"message"_s << error;
+    QTest::newRow("login") << u"login-refused"_s << 2 << u"autoClose"_s << error;
+    QTest::newRow("certificate") << u"tls-question"_s << 3506 << u"question"_s << u"SSL Fehler"_s;
+    QTest::newRow("server login") << u"server-login"_s << 3704 << u"password"_s
+                                  << u"Anmeldung erforderlich"_s;
+    QTest::newRow("proxy login") << u"proxy-login"_s << 3605 << u"password"_s
+                                 << u"Anmeldung erforderlich"_s;
+    QTest::newRow("no update") << u"up-to-date"_s << 85 << u"message"_s << u"Fertig"_s;
+    QTest::newRow("update failed") << u"update-failed"_s << 3502 << u"message"_s << u"Achtung"_s;
+    QTest::newRow("update ready") << u"update-ready"_s << 0 << u"question"_s
+                                  << u"Aktualisierung wurde erfolgreich heruntergeladen."_s;
+    QTest::newRow("phase-out") << u"phase-out"_s << 3707 << u"message"_s
+                               << u"Diese Software wird nicht mehr unterstützt."_s;
+    QTest::newRow("prices") << u"prices-updated"_s << 0 << u"message"_s << u"Hinweis"_s;
+    QTest::newRow("no prices") << u"prices-failed"_s << 3501 << u"message"_s << u"Hinweis"_s;
+    QTest::newRow("restart") << u"restart"_s << 0 << u"message"_s
+                             << u"Die Software muss neu gestartet werden. "_s;
+}
+
+void tst_sample::problemsComeFromRealErrors()
+{
+    QFETCH(QString, name);
+    QFETCH(int, code);
+    QFETCH(QString, kind);
+    QFETCH(QString, title);
+
+    const QString answers = write(u"problem.json"_s, R"([{"answer":false}])");
+    const VXSampleRun caused = run({u"--offscreen"_s, u"--answers"_s, answers, u"problem"_s, name});
+    QCOMPARE(caused.exitCode(), 0);
+    QCOMPARE(caused.events(u"problem"_s).size(), 1);
+    QCOMPARE(caused.events(u"problem"_s).at(0).value(u"code"_s).toInt(), code);
+    QCOMPARE(caused.events(u"dialog"_s).size(), 1);
+    const QJsonObject dialog = caused.events(u"dialog"_s).at(0);
+    QCOMPARE(dialog.value(u"kind"_s).toString(), kind);
+    QVERIFY2(QRegularExpression::fromWildcard(title)
+                 .match(dialog.value(u"title"_s).toString())
+                 .hasMatch(),
+             qPrintable(dialog.value(u"title"_s).toString()));
+}
+
+void tst_sample::refusedCertificateIsExplained()
+{
+    const QString answers = write(u"refuse.json"_s, R"([{"answer":false}])");
+    const VXSampleRun caused =
+        run({u"--offscreen"_s, u"--answers"_s, answers, u"problem"_s, u"tls-warning"_s});
+    const QList<QJsonObject> dialogs = caused.events(u"dialog"_s);
+    QCOMPARE(dialogs.size(), 2);
+    QCOMPARE(dialogs.at(0).value(u"kind"_s).toString(), u"question"_s);
+    QCOMPARE(dialogs.at(1).value(u"kind"_s).toString(), u"message"_s);
+    QVERIFY(dialogs.at(1).value(u"text"_s).toString().contains(u"kann nicht ignoriert werden"_s));
+}
+
+void tst_sample::mainWindowAppearsWithoutADisplay()
+{
+    const VXSampleRun shown = run({u"--offscreen"_s, u"--exit-after"_s, u"1"_s, u"gui"_s});
+    QCOMPARE(shown.exitCode(), 0);
+    QCOMPARE(shown.events(u"shown"_s).size(), 1);
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_sample)
