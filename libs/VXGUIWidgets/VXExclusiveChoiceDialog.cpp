@@ -1,9 +1,9 @@
 #include "VXExclusiveChoiceDialog.h"
 
+#include "VXCommandLink.h"
 #include "VXDialogDriver.h"
 #include "VXMessageBox.h"
 
-#include <QtWidgets/QCommandLinkButton>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
@@ -80,7 +80,7 @@ void VXExclusiveChoiceDialog::addChoice(int theValue, const QString& theTitle,
                                         const QString& theDescription)
 {
     QString title = theTitle;
-    auto* link = new QCommandLinkButton(title.replace(u'&', u"&&"_s), theDescription, this);
+    auto* link = new VXCommandLink(title.replace(u'&', u"&&"_s), theDescription, this);
     link->setObjectName(u"choice%1"_s.arg(QString::number(theValue)));
     link->setAccessibleName(theTitle);
     link->setAccessibleDescription(theDescription); // Qt leaves it empty
@@ -91,6 +91,14 @@ void VXExclusiveChoiceDialog::addChoice(int theValue, const QString& theTitle,
     }
     myLinks->addWidget(link);
     myQuestion.choices.append({theValue, theTitle, theDescription});
+}
+
+void VXExclusiveChoiceDialog::showEvent(QShowEvent* theEvent)
+{
+    // Wrapped texts make a layout guess its height; now the width is known.
+    if (layout()->hasHeightForWidth())
+        resize(width(), layout()->totalHeightForWidth(width()));
+    QDialog::showEvent(theEvent);
 }
 
 int VXExclusiveChoiceDialog::exec()

@@ -37,6 +37,9 @@ public:
     /// The chosen value; none when the dialog was cancelled. So 0 is a value like any other.
     [[nodiscard]] std::optional<int> chosenValue() const noexcept { return myChosenValue; }
 
+protected:
+    void showEvent(QShowEvent* theEvent) override;
+
 private:
     void choose(int theValue);
 

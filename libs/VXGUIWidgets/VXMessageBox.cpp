@@ -26,6 +26,17 @@ constexpr std::array buttonRows{
     ButtonRow{QMessageBox::Close, QT_TRANSLATE_NOOP("VXMessageBox", "Schließen")},
 };
 
+// A button that stands alone is what Return presses; else that would be the details.
+QMessageBox::StandardButton defaultOf(const VXDialogQuestion& theQuestion)
+{
+    if (theQuestion.defaultButton != QMessageBox::NoButton)
+        return theQuestion.defaultButton;
+    const auto row = std::ranges::find_if(buttonRows, [&theQuestion](const ButtonRow& theRow) {
+        return theQuestion.buttons == theRow.button;
+    });
+    return row == buttonRows.end() ? QMessageBox::NoButton : row->button;
+}
+
 } // namespace
 
 VXMessageBox::VXMessageBox(const VXDialogQuestion& theQuestion)
@@ -37,7 +48,7 @@ VXMessageBox::VXMessageBox(const VXDialogQuestion& theQuestion)
     // Texts may hold what a server sent: selectable, but no link leads anywhere.
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     labelButtons();
-    setDefaultButton(theQuestion.defaultButton);
+    setDefaultButton(defaultOf(theQuestion));
     setEscapeButton(theQuestion.escapeButton);
     if (!theQuestion.details.isEmpty())
         addDetails(theQuestion.details);
