@@ -11,6 +11,7 @@
 #include "VXTestMain.h"
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QTranslator>
 #include <QtNetwork/QAuthenticator>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QApplication>
@@ -21,6 +22,7 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
+#include <memory>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -131,6 +133,10 @@ private Q_SLOTS:
     void updateMessages();
     void finishingForTheUpdateWritesTheAnswer();
     void questionsFromWorkersAreAnsweredInTheMainThread();
+    void choicesTellTranslatorsWhatTheyAre();
+    void closingIsNeverAnotherTry_data();
+    void closingIsNeverAnotherTry();
+    void theDialogDiesWithItsParent();
 };
 
 void tst_VXRequestNetwork::init()
@@ -668,6 +674,74 @@ void tst_VXRequestNetwork::questionsFromWorkersAreAnsweredInTheMainThread()
     QTRY_COMPARE(isDone.loadAcquire(), 1);
     worker.join();
     QVERIFY(isIgnored);
+}
+
+namespace {
+
+/// Remembers what is looked up as "context|text|disambiguation" and translates nothing.
+class TranslatorProbe : public QTranslator
+{
+public:
+    [[nodiscard]] bool isEmpty() const override { return false; }
+    QString translate(const char* theContext, const char* theText, const char* theDisambiguation,
+                      int theNumber) const override
+    {
+        Q_UNUSED(theNumber)
+        asked << QString::fromUtf8(theContext) + u'|' + QString::fromUtf8(theText) + u'|' +
+                     QString::fromUtf8(theDisambiguation);
+        return {};
+    }
+
+    mutable QStringList asked;
+};
+
+} // namespace
+
+void tst_VXRequestNetwork::choicesTellTranslatorsWhatTheyAre()
+{
+    TranslatorProbe probe;
+    QVERIFY(QCoreApplication::installTranslator(&probe));
+    probe.asked.clear();
+    VXDialogVisitor user([](QDialog* theDialog) { cancel(theDialog); });
+    (void)VXRequestNetwork::instance()->handleNetworkError(error(3503));
+    QCoreApplication::removeTranslator(&probe);
+
+    for (const QString& wanted :
+         {u"VXRequestNetwork|Netzwerkeinstellungen ändern...|CMDLNKTITLE"_s,
+          u"VXRequestNetwork|Startet den Dialog \"Netzwerkeinstellungen\"|CMDLINKTEXT"_s,
+          u"VXRequestNetwork|Noch einmal versuchen|CMDLNKTITLE"_s,
+          u"VXRequestNetwork|Führt die Aktion noch einmal durch|CMDLINKTEXT"_s,
+          u"VXRequestNetwork|<p>Wollen Sie es noch einmal versuchen?|"_s,
+          u"VXRequestNetwork|Ein Fehler ist aufgetreten (%1)|"_s})
+        QVERIFY2(probe.asked.contains(wanted), qPrintable(wanted));
+}
+
+void tst_VXRequestNetwork::closingIsNeverAnotherTry_data()
+{
+    QTest::addColumn<int>("code");
+
+    QTest::newRow("countdown") << 1005;
+    QTest::newRow("remote system") << 1000;
+    QTest::newRow("connection") << 3503;
+    QTest::newRow("critical") << 4;
+    QTest::newRow("warning") << 5;
+    QTest::newRow("payment") << 655;
+}
+
+void tst_VXRequestNetwork::closingIsNeverAnotherTry()
+{
+    QFETCH(int, code);
+    VXDialogVisitor user([](QDialog* theDialog) { theDialog->close(); });
+    QVERIFY(!VXRequestNetwork::instance()->handleNetworkError(error(code)));
+    QCOMPARE(user.count(), 1);
+}
+
+void tst_VXRequestNetwork::theDialogDiesWithItsParent()
+{
+    auto parent = std::make_unique<QWidget>();
+    VXDialogVisitor user([&](QDialog*) { parent.reset(); });
+    QVERIFY(!VXRequestNetwork::instance()->handleNetworkError(error(1005), parent.get()));
+    QCOMPARE(parent.get(), nullptr);
 }
 
 VX_TEST_MAIN(QApplication, tst_VXRequestNetwork)
