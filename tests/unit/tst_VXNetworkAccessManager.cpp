@@ -1,3 +1,4 @@
+#include "VXInputWindow.h"
 #include "VXLogCapture.h"
 #include "VXRawPeer.h"
 #include "VXTestMain.h"
@@ -7,6 +8,7 @@
 #include <VXCore/VXDeploymentConfig.h>
 #include <VXCore/VXGeneralSettings.h>
 #include <VXCore/VXPlatformIndependent.h>
+#include <VXNetworking/VXHttpOperation.h>
 #include <VXNetworking/VXNetworkAccessManager.h>
 #include <VXNetworking/VXNetworkAccessManagerSignalDispatcher.h>
 #include <VXNetworking/VXNetworkSettings.h>
@@ -21,8 +23,6 @@
 #include <QtCore/QTimer>
 #include <QtCore/QUrlQuery>
 #include <QtGui/QGuiApplication>
-#include <QtGui/QKeyEvent>
-#include <QtGui/QWindow>
 #include <QtNetwork/QAuthenticator>
 #include <QtNetwork/QHttpMultiPart>
 #include <QtNetwork/QNetworkCookie>
@@ -39,25 +39,6 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-
-/// Qt's entry for events of the window system. The symbols are exported, their header is private;
-/// QTest's clicks are delivered in spite of a wait that holds input back, these are not.
-class Q_GUI_EXPORT QWindowSystemInterface
-{
-public:
-    struct AsynchronousDelivery
-    {
-    };
-    template <typename Delivery>
-    static bool
-    handleMouseEvent(QWindow* theWindow, const QPointF& theLocal, const QPointF& theGlobal,
-                     Qt::MouseButtons theState, Qt::MouseButton theButton, QEvent::Type theType,
-                     Qt::KeyboardModifiers theModifiers, Qt::MouseEventSource theSource);
-    template <typename Delivery>
-    static bool handleKeyEvent(QWindow* theWindow, QEvent::Type theType, int theKey,
-                               Qt::KeyboardModifiers theModifiers, const QString& theText,
-                               bool theIsRepeated, unsigned short theCount);
-};
 
 namespace {
 
@@ -90,18 +71,16 @@ public:
     QString analyticsFragment;
 };
 
-/// A window that counts what reaches it.
-class CountingWindow : public QWindow
+/// Counts notices of progress.
+class ProgressCounter : public QObject
 {
     Q_OBJECT
 
 public:
-    int keys = 0;
-    int clicks = 0;
+    int calls = 0;
 
-protected:
-    void keyPressEvent(QKeyEvent*) override { ++keys; }
-    void mousePressEvent(QMouseEvent*) override { ++clicks; }
+public Q_SLOTS:
+    void progress(qint64, qint64) { ++calls; }
 };
 
 /// What the questions of one test were, and what they get as an answer.
@@ -222,6 +201,7 @@ private Q_SLOTS:
     void describeNamesTheOperations();
     void unsupportedOperationHasNoReply();
     void operationUnknownGetsNoProgress();
+    void progressAndAbortAreQueued();
 
     // cookies
     void deletedCookiesAreNotSent();
@@ -815,25 +795,14 @@ void tst_VXNetworkAccessManager::waitsNestLastInFirstOut()
 
 void tst_VXNetworkAccessManager::blockedInputArrivesAfterTheWait()
 {
-    CountingWindow window;
-    window.resize(100, 100);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    window.requestActivate();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    VXInputWindow window;
+    QVERIFY(window.open());
 
     VXRawPeer peer;
     peer.setAnswer(VXRawAnswer().pause(300ms).send("HTTP/1.1 204 No\r\n\r\n"));
     int duringTheWait = -1;
     bool didOtherEventsRun = false;
-    using Delivery = QWindowSystemInterface::AsynchronousDelivery;
-    QTimer::singleShot(0, &window, [&] {
-        QWindowSystemInterface::handleKeyEvent<Delivery>(&window, QEvent::KeyPress, Qt::Key_A,
-                                                         Qt::NoModifier, u"a"_s, false, 1);
-        QWindowSystemInterface::handleMouseEvent<Delivery>(
-            &window, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, Qt::LeftButton,
-            QEvent::MouseButtonPress, Qt::NoModifier, Qt::MouseEventNotSynthesized);
-    });
+    QTimer::singleShot(0, &window, &VXInputWindow::sendInput);
     QTimer::singleShot(50ms, &window, [&] { didOtherEventsRun = true; });
 
     QVERIFY(!manager()->blockUIEvents(true)); // the value before
@@ -849,22 +818,15 @@ void tst_VXNetworkAccessManager::blockedInputArrivesAfterTheWait()
 
 void tst_VXNetworkAccessManager::unblockedInputArrivesDuringTheWait()
 {
-    CountingWindow window;
-    window.resize(100, 100);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    window.requestActivate();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    VXInputWindow window;
+    QVERIFY(window.open());
 
     VXRawPeer peer;
     peer.setAnswer(VXRawAnswer().pause(300ms).send("HTTP/1.1 204 No\r\n\r\n"));
-    using Delivery = QWindowSystemInterface::AsynchronousDelivery;
-    QTimer::singleShot(0, &window, [&] {
-        QWindowSystemInterface::handleKeyEvent<Delivery>(&window, QEvent::KeyPress, Qt::Key_A,
-                                                         Qt::NoModifier, u"a"_s, false, 1);
-    });
+    QTimer::singleShot(0, &window, &VXInputWindow::sendInput);
     get(peer.url());
     QCOMPARE(window.keys, 1);
+    QCOMPARE(window.clicks, 1);
 }
 
 void tst_VXNetworkAccessManager::describeNamesTheOperations()
@@ -910,6 +872,24 @@ void tst_VXNetworkAccessManager::operationUnknownGetsNoProgress()
     manager()->connectRequest(other.get(), this, SLOT(missing(qint64, qint64)), nullptr);
     QVERIFY(log.texts(QtWarningMsg).constLast().contains(u"progress"_s));
     manager()->waitForRequest(other.get(), 30);
+}
+
+void tst_VXNetworkAccessManager::progressAndAbortAreQueued()
+{
+    VXRawPeer peer;
+    peer.setAnswer(VXRawAnswer().stall());
+    ProgressCounter receiver;
+    VXHttpOperation aborter = VXHttpOperation::create(peer.url(), Operation::GetOperation);
+    const ReplyPointer reply(manager()->get(QNetworkRequest(peer.url())));
+    manager()->connectRequest(reply.get(), &receiver, SLOT(progress(qint64, qint64)), &aborter);
+
+    Q_EMIT reply->downloadProgress(1, 2);
+    QCOMPARE(receiver.calls, 0);
+    Q_EMIT aborter.abort();
+    QVERIFY(!reply->isFinished());
+    QTRY_VERIFY(reply->isFinished());
+    QCOMPARE(reply->error(), QNetworkReply::OperationCanceledError);
+    QVERIFY(receiver.calls > 0);
 }
 
 void tst_VXNetworkAccessManager::deletedCookiesAreNotSent()

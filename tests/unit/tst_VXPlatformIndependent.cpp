@@ -1,6 +1,7 @@
 #include <VXCore/VXDeploymentConfig.h>
 #include <VXCore/VXPlatformIndependent.h>
 
+#include "VXInputWindow.h"
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
@@ -9,6 +10,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
+#include <QtGui/QGuiApplication>
 
 #include <atomic>
 #include <thread>
@@ -49,6 +51,7 @@ private Q_SLOTS:
     void openerGetsTheEncodedAddress();
     void openerThatCannotBeStartedIsReported();
     void sleepInTheApplicationThreadLetsEventsRun();
+    void sleepInTheApplicationThreadHoldsInputBack();
     void sleepInAnotherThreadWaits();
     void noTimeIsNoWait();
     void sleepIsCutShortByTheEndOfTheApplication();
@@ -140,6 +143,17 @@ void tst_VXPlatformIndependent::sleepInTheApplicationThreadLetsEventsRun()
     QVERIFY(ticks > 0);
 }
 
+void tst_VXPlatformIndependent::sleepInTheApplicationThreadHoldsInputBack()
+{
+    VXInputWindow window;
+    QVERIFY(window.open());
+    QTimer::singleShot(0, &window, &VXInputWindow::sendInput);
+    platform()->sleep(200);
+    QCOMPARE(window.keys + window.clicks, 0);
+    QTRY_COMPARE(window.keys, 1);
+    QTRY_COMPARE(window.clicks, 1);
+}
+
 void tst_VXPlatformIndependent::sleepInAnotherThreadWaits()
 {
     std::atomic<qint64> elapsed = 0;
@@ -188,6 +202,6 @@ void tst_VXPlatformIndependent::hostMayInstallItsOwn()
     QCOMPARE(recorder->written, QStringList(u"b.txt"_s));
 }
 
-VX_TEST_MAIN(QCoreApplication, tst_VXPlatformIndependent)
+VX_TEST_MAIN(QGuiApplication, tst_VXPlatformIndependent)
 
 #include "tst_VXPlatformIndependent.moc"
