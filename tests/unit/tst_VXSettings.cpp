@@ -9,9 +9,12 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QTemporaryDir>
 
+#include <csignal>
 #include <memory>
+#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
@@ -62,9 +65,11 @@ private Q_SLOTS:
     void missingFoldersAreMade();
     void storeThatCannotBeWrittenSaysSo_data();
     void storeThatCannotBeWrittenSaysSo();
+    void fullDiskIsReported();
     void garbageInTheFileLosesNoEntry();
     void otherProcessesEntriesAreKept();
     void machineWideEntryIsNotTheUsersOwn();
+    void machineWideEntryGoesIntoTheMachinesFile();
     void threadsDoNotMixTheirGroups();
     void settingsSingletonIsOneObject();
 
@@ -250,6 +255,21 @@ void tst_VXSettings::storeThatCannotBeWrittenSaysSo()
     QVERIFY(!settings.doesEntryExist(u"key"_s));
 }
 
+void tst_VXSettings::fullDiskIsReported()
+{
+    VXSettings settings;
+    QVERIFY(settings.writeEntry(u"key"_s, u"before"_s));
+    std::signal(SIGXFSZ, SIG_IGN); // the write fails instead
+    rlimit former{};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &former), 0);
+    const rlimit none{64, former.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &none), 0);
+    const bool isWritten = settings.writeEntry(u"key"_s, QString(100'000, u'x'));
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &former), 0);
+    QVERIFY(!isWritten);
+    QCOMPARE(content(VXSettings::storeFile()), "[General]\nkey=before\n"_ba);
+}
+
 void tst_VXSettings::garbageInTheFileLosesNoEntry()
 {
     write(VXSettings::storeFile(),
@@ -281,6 +301,19 @@ void tst_VXSettings::machineWideEntryIsNotTheUsersOwn()
     VXSettings settings;
     QVERIFY(settings.writeEntry(u"key"_s, u"own"_s));
     QCOMPARE(settings.value(u"key"_s, u"none"_s, true).toString(), u"none"_s);
+}
+
+void tst_VXSettings::machineWideEntryGoesIntoTheMachinesFile()
+{
+    const QByteArray former = qgetenv("XDG_CONFIG_DIRS");
+    const auto restore = qScopeGuard([&former] { qputenv("XDG_CONFIG_DIRS", former); });
+    qputenv("XDG_CONFIG_DIRS", myFolder->filePath(u"machine"_s).toLocal8Bit());
+    VXSettings::setStoreFile(myFolder->filePath(u"settings.ini"_s)); // opens both anew
+
+    VXSettings settings;
+    QVERIFY(settings.writeEntry(u"key"_s, u"everybody's"_s, true));
+    QCOMPARE(settings.value(u"key"_s, u"none"_s, true).toString(), u"everybody's"_s);
+    QCOMPARE(settings.value(u"key"_s, u"none"_s).toString(), u"none"_s);
 }
 
 void tst_VXSettings::threadsDoNotMixTheirGroups()
