@@ -1083,8 +1083,15 @@ void tst_VXNetworkAccessManager::certificatesAppearOnce()
     // The bundle follows the system's own.
     QCOMPARE(list.constLast(), myCertificates->authority().certificate);
 
-    manager()->loadSslCertificates(); // once is enough
-    QCOMPARE(QSslConfiguration::defaultConfiguration().caCertificates(), list);
+    // Once is enough: a second call leaves alone what it finds.
+    const QSslConfiguration loaded = QSslConfiguration::defaultConfiguration();
+    QSslConfiguration changed = loaded;
+    changed.setCaCertificates({list.constFirst()});
+    QSslConfiguration::setDefaultConfiguration(changed);
+    manager()->loadSslCertificates();
+    const qsizetype size = QSslConfiguration::defaultConfiguration().caCertificates().size();
+    QSslConfiguration::setDefaultConfiguration(loaded);
+    QCOMPARE(size, 1);
 }
 
 void tst_VXNetworkAccessManager::bundleIsTrusted()
