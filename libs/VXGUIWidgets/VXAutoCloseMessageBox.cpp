@@ -139,5 +139,7 @@ QString VXAutoCloseMessageBox::countdownText(int theSeconds) const
             .arg(QString::number(theSeconds / 60),
                  QString::number(theSeconds % 60).rightJustified(2, u'0'));
     }
+    if (theSeconds == 1)
+        return tr("Automatische Fortsetzung in 1 Sekunde");
     return tr("Automatische Fortsetzung in %1 Sekunden").arg(QString::number(theSeconds));
 }

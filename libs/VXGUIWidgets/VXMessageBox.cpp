@@ -2,6 +2,10 @@
 
 #include "VXDialogQuestion.h"
 
+#include <QtGui/QClipboard>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QTextDocument>
+#include <QtGui/QTextDocumentFragment>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTextEdit>
@@ -66,6 +70,20 @@ QWidget* VXMessageBox::activeParent()
 {
     QWidget* modal = QApplication::activeModalWidget();
     return modal != nullptr ? modal : QApplication::activeWindow();
+}
+
+void VXMessageBox::keyPressEvent(QKeyEvent* theEvent)
+{
+    if (!theEvent->matches(QKeySequence::Copy)) {
+        QMessageBox::keyPressEvent(theEvent);
+        return;
+    }
+    const QString plain = Qt::mightBeRichText(text())
+                              ? QTextDocumentFragment::fromHtml(text()).toPlainText()
+                              : text();
+    QStringList parts{windowTitle(), plain, detailedText()};
+    parts.removeAll(QString());
+    QApplication::clipboard()->setText(parts.join(u'\n'));
 }
 
 void VXMessageBox::labelButtons()

@@ -7,7 +7,8 @@
 struct VXDialogQuestion;
 
 /// A message box whose buttons speak the application's language, whatever catalogue Qt found, and
-/// whose text opens no links and can be selected. Application-modal. GUI thread only.
+/// whose text opens no links and can be selected. The shortcut for copying takes title, text and
+/// details. Application-modal. GUI thread only.
 class VXGUIWIDGETS_EXPORT VXMessageBox : public QMessageBox
 {
     Q_OBJECT
@@ -23,6 +24,9 @@ public:
     /// The window that a dialog without a parent belongs to: the active modal widget, else the
     /// active window; null when there is neither.
     [[nodiscard]] static QWidget* activeParent();
+
+protected:
+    void keyPressEvent(QKeyEvent* theEvent) override;
 
 private:
     void labelButtons();

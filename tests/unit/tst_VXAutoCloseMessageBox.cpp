@@ -106,6 +106,7 @@ void tst_VXAutoCloseMessageBox::theCountdownReadsMinutesAndSeconds_data()
     QTest::newRow("five minutes") << 300 << u"Automatische Fortsetzung in 5:00"_s;
     QTest::newRow("padded seconds") << 185 << u"Automatische Fortsetzung in 3:05"_s;
     QTest::newRow("one minute") << 60 << u"Automatische Fortsetzung in 1:00"_s;
+    QTest::newRow("one second") << 1 << u"Automatische Fortsetzung in 1 Sekunde"_s;
     QTest::newRow("below a minute") << 37 << u"Automatische Fortsetzung in 37 Sekunden"_s;
 }
 
