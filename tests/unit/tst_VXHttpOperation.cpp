@@ -329,6 +329,7 @@ private Q_SLOTS:
     void progressReachesItsReceiver_data();
     void progressReachesItsReceiver();
     void copyHasEverythingButTheMultiPart();
+    void copyIsAsOldAsTheOriginal();
     void describeErrorHasMessageAndDetails();
     void executingAgainOverwritesTheOutcome();
 
@@ -1104,6 +1105,22 @@ void tst_VXHttpOperation::copyHasEverythingButTheMultiPart()
     original.send();
     QVERIFY(peer.requests().constLast().header("Content-Type").startsWith("multipart/form-data"));
     QVERIFY(QMetaType::fromName("VXHttpOperation").isValid());
+}
+
+void tst_VXHttpOperation::copyIsAsOldAsTheOriginal()
+{
+    VXRawPeer peer;
+    const QByteArray date = "Date: " + httpDate(QDateTime::currentDateTime());
+    peer.setAnswers({VXRawAnswer().pause(300ms).send("HTTP/1.1 204 No\r\n\r\n"),
+                     VXRawAnswer::http(200, "abc", {date})});
+    VXHttpOperation original = get(peer.url());
+    QVERIFY(original.send());
+    VXHttpOperation copy(original);
+    const VXLogCapture log;
+    QVERIFY(copy.send());
+    static const QRegularExpression duration(u"DURATIONMS:(\\d+) "_s);
+    const QString record = recordsOf(log).value(0);
+    QVERIFY2(duration.match(record).captured(1).toInt() >= 300, qPrintable(record));
 }
 
 void tst_VXHttpOperation::describeErrorHasMessageAndDetails()
