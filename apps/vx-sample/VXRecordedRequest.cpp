@@ -11,7 +11,7 @@ VXRecordedRequest::VXRecordedRequest(const QJsonObject& theObject)
 
 QString VXRecordedRequest::header(const QString& theName) const
 {
-    for (const QJsonValue& entry : myObject.value(u"headers").toArray()) {
+    for (const auto entry : myObject.value(u"headers").toArray()) {
         const QJsonArray header = entry.toArray();
         if (header.at(0).toString().compare(theName, Qt::CaseInsensitive) == 0)
             return header.at(1).toString();
@@ -26,7 +26,7 @@ QJsonObject VXRecordedRequest::toJson() const
     object.remove(u"text"_s);
 
     QJsonArray headers;
-    for (const QJsonValue& entry : myObject.value(u"headers").toArray()) {
+    for (const auto entry : myObject.value(u"headers").toArray()) {
         QJsonArray header = entry.toArray();
         if (header.at(0).toString().contains(u"authorization"_s, Qt::CaseInsensitive))
             header.replace(1, u"***"_s);

@@ -116,7 +116,7 @@ QString VXSampleAnswers::readFile(const QString& theFile)
 QString VXSampleAnswers::add(const QJsonArray& theEntries)
 {
     QList<Entry> entries;
-    for (const QJsonValue& value : theEntries) {
+    for (const auto value : theEntries) {
         Entry entry;
         const QString complaint = read(value, &entry);
         if (!complaint.isEmpty())

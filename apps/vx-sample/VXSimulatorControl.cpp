@@ -37,7 +37,7 @@ QList<VXRecordedRequest> VXSimulatorControl::requestsSince(int theNumber)
     const QJsonArray list =
         answer.isArray() ? answer.array() : answer.object().value(u"requests"_s).toArray();
     QList<VXRecordedRequest> requests;
-    for (const QJsonValue& entry : list)
+    for (const auto entry : list)
         requests << VXRecordedRequest(entry.toObject());
     if (!isOk)
         myLastNumber = -1;
