@@ -109,7 +109,7 @@ std::optional<int> VXSampleOptions::number(const QCommandLineParser& theParser,
 
 QString VXSampleOptions::readableFile(const QCommandLineParser& theParser, const QString& theName)
 {
-    const QString path = theParser.value(theName);
+    QString path = theParser.value(theName);
     if (path.isEmpty() && !theParser.isSet(theName))
         return {};
 
