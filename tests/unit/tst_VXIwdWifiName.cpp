@@ -54,8 +54,8 @@ void tst_VXIwdWifiName::theNetworkOfAnInterfaceIsTold()
     QFETCH(QString, interface);
     QFETCH(std::optional<QString>, name);
 
-    VXIwdWifiName source(QDBusConnection::systemBus());
-    QCOMPARE(source.wifiName(interface), name);
+    // A fresh source each time: on a busy computer the fake service may miss the time limit.
+    QTRY_COMPARE(VXIwdWifiName(QDBusConnection::systemBus()).wifiName(interface), name);
 }
 
 void tst_VXIwdWifiName::aStoppedServiceCostsItsAllowanceOnceAMinute()

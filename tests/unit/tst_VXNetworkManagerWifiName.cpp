@@ -75,8 +75,8 @@ void tst_VXNetworkManagerWifiName::theNetworkOfAnInterfaceIsTold()
     QFETCH(QString, interface);
     QFETCH(std::optional<QString>, name);
 
-    VXNetworkManagerWifiName source(QDBusConnection::systemBus());
-    QCOMPARE(source.wifiName(interface), name);
+    // A fresh source each time: on a busy computer the fake service may miss the time limit.
+    QTRY_COMPARE(VXNetworkManagerWifiName(QDBusConnection::systemBus()).wifiName(interface), name);
 }
 
 void tst_VXNetworkManagerWifiName::aStoppedServiceCostsItsAllowanceOnceAMinute()
