@@ -237,7 +237,7 @@ QString findDataFolder()
     const QString library = libraryFolder();
     // The second one is for library folders that are named after the machine.
     for (const auto& relative : {"/../share/VXNetworking"_L1, "/../../share/VXNetworking"_L1}) {
-        const QString folder = QDir::cleanPath(library + relative);
+        QString folder = QDir::cleanPath(library + relative);
         if (QFileInfo(folder).isDir())
             return folder;
     }

@@ -57,8 +57,8 @@ std::optional<QString> VXNetworkManagerWifiName::device(const QString& theInterf
 
 std::optional<QString> VXNetworkManagerWifiName::accessPoint(const QString& theDevice)
 {
-    if (const auto active = pathProperty(
-            theDevice, u"org.freedesktop.NetworkManager.Device.Wireless"_s, u"ActiveAccessPoint"_s))
+    if (auto active = pathProperty(theDevice, u"org.freedesktop.NetworkManager.Device.Wireless"_s,
+                                   u"ActiveAccessPoint"_s))
         return active;
 
     // Older versions tell it only by way of the connection.

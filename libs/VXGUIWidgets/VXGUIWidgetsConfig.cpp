@@ -30,7 +30,7 @@ QString iconFile(const QString& theId)
 {
     const QString lastFolder = VXDirectoryConfig::instance()->root(VXDirectoryConfig::Root::Icons);
     for (const QString& folder : addedFolders() + QStringList(lastFolder)) {
-        const QString file = folder + u'/' + theId + ".png"_L1;
+        QString file = folder + u'/' + theId + ".png"_L1;
         if (QFileInfo(file).isFile())
             return file;
     }
