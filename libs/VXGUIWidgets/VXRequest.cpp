@@ -25,7 +25,7 @@ VXDialogQuestion messageOf(QMessageBox::Icon theIcon, const QString& theTitle,
 }
 
 // On the heap and watched: the box dies with its parent when that goes while exec() runs.
-QMessageBox::StandardButton run(QPointer<VXMessageBox> theBox)
+QMessageBox::StandardButton run(const QPointer<VXMessageBox>& theBox)
 {
     const int result = theBox->exec();
     if (!theBox)
