@@ -137,7 +137,7 @@ VXHttpOperation::VXHttpOperation(QNetworkAccessManager::Operation theOperation, 
 }
 
 VXHttpOperation::VXHttpOperation(const VXHttpOperation& theOther)
-    : QObject()
+    : QObject() // NOLINT(readability-redundant-member-init): the compiler wants it said
     , myOperation(theOther.myOperation)
     , myUrl(theOther.myUrl)
     , myPayload(theOther.myPayload)
@@ -366,7 +366,7 @@ QJsonDocument VXHttpOperation::receiveJsonDocumentWithErrorBody()
 {
     const QByteArray body = exec();
     QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(body, &parseError);
+    QJsonDocument document = QJsonDocument::fromJson(body, &parseError);
     if (!errorOccurred() && parseError.error != QJsonParseError::NoError)
         myError.checkJsonError(QString::fromUtf8(body), parseError);
     return document;
@@ -374,7 +374,7 @@ QJsonDocument VXHttpOperation::receiveJsonDocumentWithErrorBody()
 
 QJsonDocument VXHttpOperation::receiveJsonDocument()
 {
-    const QJsonDocument document = receiveJsonDocumentWithErrorBody();
+    QJsonDocument document = receiveJsonDocumentWithErrorBody();
     return errorOccurred() ? QJsonDocument() : document;
 }
 

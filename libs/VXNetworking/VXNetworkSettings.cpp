@@ -229,7 +229,7 @@ QList<QNetworkProxy> VXNetworkSettings::proxyForQuery(const QNetworkProxyQuery& 
 
 QString VXNetworkSettings::proxyAsString(const QNetworkProxy& theProxy) const
 {
-    const QString type = describeProxyType(theProxy.type());
+    QString type = describeProxyType(theProxy.type());
     if (theProxy.type() == QNetworkProxy::NoProxy)
         return type;
 
