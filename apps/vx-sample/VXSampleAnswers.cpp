@@ -220,7 +220,7 @@ std::optional<VXDialogAnswer> VXSampleAnswers::ask(const VXDialogQuestion& theQu
 {
     ++myQuestions;
     if (const Entry* entry = find(theQuestion)) {
-        const auto answer = answerOf(*entry, theQuestion);
+        auto answer = answerOf(*entry, theQuestion);
         const QString text =
             answer->choice ? QString::number(*answer->choice) : nameOf(answer->button);
         announce(theQuestion, text, true, answer->userName);
