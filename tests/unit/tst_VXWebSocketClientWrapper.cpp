@@ -6,7 +6,9 @@
 #include <VXNetworking/VXWebSocketTransport.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QHash>
 #include <QtCore/QJsonObject>
+#include <QtCore/QList>
 #include <QtCore/QPointer>
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QTcpSocket>
