@@ -1,0 +1,93 @@
+#pragma once
+
+#include "VXNetworkingExport.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QObject>
+#include <QtCore/QSizeF>
+#include <QtCore/QString>
+#include <QtCore/QUrl>
+#include <QtCore/QVariant>
+
+#include <functional>
+
+class QWidget;
+class VXAbstractCommunication;
+
+/// An embedded browser: what dialogs need of it, without naming the engine.
+///
+/// The object has no QObject parent, who creates it deletes it; its widget belongs to the widget
+/// tree. When the widget dies first, every operation does nothing and returns an empty value.
+/// GUI thread only, but for runJavascriptSync().
+class VXNETWORKING_EXPORT VXWebView : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(VXWebView)
+
+public:
+    explicit VXWebView(QWidget* theParentWidget);
+    ~VXWebView() override;
+
+    /// A view whose widget is a child of theParent. With injectCustom each page gets the scripts of
+    /// injectCustomHtml() after it was loaded, successfully or not. The caller owns the view.
+    [[nodiscard]] static VXWebView* createWebView(QWidget* theParent, bool injectCustom);
+
+    /// The widget that shows the page; null after it died.
+    [[nodiscard]] virtual QWidget* nativeWidget() = 0;
+    virtual void updateNativeWidget(QWidget* theWidget);
+    virtual void setUrl(const QUrl& theUrl) = 0;
+
+    /// Runs theScript; its result arrives later and is stored under the script's text in
+    /// theResults, which must live until then.
+    virtual void runJavaScript(const QString& theScript, QHash<QString, QVariant>* theResults) = 0;
+
+    /// The same with a callback, which may be empty; it is called in the view's thread.
+    virtual void runJavascriptAsync(const QString& theScript,
+                                    std::function<void(QVariant)> theCallback) = 0;
+    [[nodiscard]] virtual bool handlesURLScheme(const QString& theScheme) const = 0;
+
+    /// Shows theHtml, which has no base address: relative links lead nowhere.
+    virtual void setHtml(const QString& theHtml) = 0;
+    [[nodiscard]] virtual QString title() const = 0;
+    [[nodiscard]] virtual QUrl url() const = 0;
+    virtual void stop() const = 0;
+
+    /// In device independent pixels; 0 x 0 before a page was shown.
+    [[nodiscard]] virtual QSizeF contentsSize() const = 0;
+
+    /// A channel to talk with the page, which the caller owns.
+    [[nodiscard]] virtual VXAbstractCommunication* createCommunication(const QString& theName);
+    virtual void deleteAllCookies() = 0;
+
+    /// Runs theScript and waits for its result. In the view's thread a local event loop runs
+    /// meanwhile, so be prepared for re-entry; any other thread sleeps until the view's thread has
+    /// delivered it. There is no time limit. Invalid for a script without a result.
+    [[nodiscard]] QVariant runJavascriptSync(const QString& theScript);
+
+    [[nodiscard]] QWidget* parentWidget() const { return myParentWidget; }
+
+Q_SIGNALS:
+    void loadStarted();
+    void loadFinished(bool ok);
+    void windowCloseRequested();
+    void titleChanged(const QString& theTitle);
+    void loadProgress(int theProgress);
+    void urlChanged(const QUrl& theUrl);
+    void contentsSizeChanged(const QSizeF& theSize);
+
+public Q_SLOTS:
+    virtual void reload() const = 0;
+
+    /// Shows the print dialog and prints in the background.
+    virtual void printContent() = 0;
+
+    /// Writes the page as PDF (A4, portrait, margins of 20 points); an empty name does nothing.
+    virtual void saveContent(const QString& theFileName) = 0;
+
+    /// Adapts a local page: dark colours in the dark skin, and links to the web and to mail
+    /// addresses open outside.
+    void injectCustomHtml();
+
+private:
+    QWidget* myParentWidget = nullptr;
+};
