@@ -2,7 +2,6 @@
 
 #include "VXQWebEngineWebView.h"
 
-
 #include <VXGUIWidgets/VXCSSSkinManager.h>
 
 #include <QtCore/QEventLoop>
@@ -29,7 +28,9 @@ const QString linkScript =
     "\tconst urlObj = new URL(anchors[i].href);   if (schemes.has(urlObj.protocol)) {"
     "\t\tlet encodedUrl = encodeURIComponent(anchors[i].href);"
     "\t\tanchors[i].addEventListener('click', function(e) { "
-    "\t\t\te.preventDefault();\t\t\te.stopPropagation();\t\t\tvar img = new Image();"
+    "\t\t\t"
+    "e.preventDefault();\t\t\t"
+    "e.stopPropagation();\t\t\tvar img = new Image();"
     "\t\t\timg.src = 'tov://localhost/openUrl?url=' + encodedUrl;\t\t});"
     "\t\tanchors[i].href = '#';\t}}"_s;
 
@@ -120,7 +121,8 @@ void VXWebView::updateNativeWidget(QWidget* theWidget){Q_UNUSED(theWidget)}
 
 VXAbstractCommunication* VXWebView::createCommunication(const QString& theName)
 {
-    Q_UNUSED(theName) return nullptr;
+    Q_UNUSED(theName)
+    return nullptr;
 }
 
 QVariant VXWebView::runJavascriptSync(const QString& theScript)
