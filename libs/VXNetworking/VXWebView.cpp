@@ -1,6 +1,7 @@
 #include "VXWebView.h"
 
 #include "VXQWebEngineWebView.h"
+#include "VXWebSocketCommunication.h"
 
 #include <VXGUIWidgets/VXCSSSkinManager.h>
 
@@ -121,8 +122,7 @@ void VXWebView::updateNativeWidget(QWidget* theWidget){Q_UNUSED(theWidget)}
 
 VXAbstractCommunication* VXWebView::createCommunication(const QString& theName)
 {
-    Q_UNUSED(theName)
-    return nullptr;
+    return new VXWebSocketCommunication(theName); // the caller's
 }
 
 QVariant VXWebView::runJavascriptSync(const QString& theScript)

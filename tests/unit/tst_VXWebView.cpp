@@ -5,6 +5,7 @@
 #include "VXWebTest.h"
 
 #include <VXGUIWidgets/VXCSSSkinManager.h>
+#include <VXNetworking/VXAbstractCommunication.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QMetaMethod>
@@ -183,6 +184,7 @@ private Q_SLOTS:
     void aScriptIsWaitedForInOtherThreads();
     void aViewWithoutWidgetAnswersOtherThreads();
     void aViewThatDiesAnswersOtherThreads();
+    void theChannelBearsTheNameOfItsServer();
 };
 
 void tst_VXWebView::init()
@@ -495,6 +497,14 @@ void tst_VXWebView::aViewThatDiesAnswersOtherThreads()
     if (!QTest::qWaitFor([&isDone] { return isDone.load(); }, 30000))
         qFatal("the worker waits for ever");
     worker.join();
+}
+
+void tst_VXWebView::theChannelBearsTheNameOfItsServer()
+{
+    RecordingView view((QUrl()));
+    const std::unique_ptr<VXAbstractCommunication> channel(view.createCommunication(u"server"_s));
+    QVERIFY(channel != nullptr);
+    QCOMPARE(channel->serverUrl().scheme(), u"ws"_s);
 }
 
 VX_TEST_MAIN(QApplication, tst_VXWebView)
