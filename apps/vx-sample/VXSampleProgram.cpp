@@ -22,6 +22,7 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
+#include <QtCore/QLocale>
 #include <QtCore/QTimer>
 #include <QtGui/QImage>
 #include <QtWidgets/QApplication>
@@ -94,6 +95,8 @@ VXSampleExitCode VXSampleProgram::run()
     VXLogger::installMessageHandler();
     // Before any error text is asked for: the texts keep the language of their first use.
     VXLocaleAndTranslationManager::instance()->installTranslators();
+    // Numbers, dates and the web engine's own menus follow the same choice.
+    QLocale::setDefault(QLocale(VXLocaleAndTranslationManager::instance()->bcp47Name()));
 
     // The second look is strict, and the library acts on its own options.
     VXCommandLineParser parser;
@@ -160,6 +163,9 @@ bool VXSampleProgram::configure()
     if (!myOptions.config.isEmpty() && !deployment.readFile(myOptions.config))
         return false;
 
+    // The tour compares texts, and knows the German ones.
+    if (myCommand->name == "tour"_L1 && myOptions.language.isEmpty())
+        myOptions.language = u"de"_s;
     bool isUsable = true;
     for (const auto& [key, value] : myOptions.deploymentValues())
         isUsable = deployment.setValue(key, value) && isUsable;

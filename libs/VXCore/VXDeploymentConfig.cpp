@@ -46,9 +46,11 @@ QString version(const VXDeploymentConfig&)
     return QStringLiteral(VXCORE_VERSION);
 }
 
+// The "C" locale asks for no language, so the texts stay as they are in the code.
 QString language(const VXDeploymentConfig&)
 {
-    return QLocale::system().bcp47Name();
+    const QLocale system = QLocale::system();
+    return system.language() == QLocale::C ? u"de"_s : system.bcp47Name();
 }
 
 QString displayName(const VXDeploymentConfig& theConfig)

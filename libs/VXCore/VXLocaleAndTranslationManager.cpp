@@ -21,11 +21,12 @@ QString VXLocaleAndTranslationManager::bcp47Name() const
 bool VXLocaleAndTranslationManager::installTranslators()
 {
     myTranslators.clear(); // a translator that is destroyed takes itself out of the application
-    const bool hasQt =
-        installCatalogue(u"qtbase"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+    const QString qtFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    const bool hasQt = installCatalogue(u"qtbase"_s, qtFolder);
+    const bool hasWebEngine = installCatalogue(u"qtwebengine"_s, qtFolder);
     const bool hasOwn =
         installCatalogue(u"VXNetworking"_s, VXDeploymentConfig::dataFolder() + "/translations"_L1);
-    return hasQt || hasOwn;
+    return hasQt || hasWebEngine || hasOwn;
 }
 
 bool VXLocaleAndTranslationManager::installCatalogue(const QString& theName,

@@ -23,10 +23,11 @@ public:
     /// The language's name after BCP 47, for example "de" or "en-GB". Thread-safe.
     [[nodiscard]] QString bcp47Name() const;
 
-    /// Installs the catalogues of the language: Qt's own, and "VXNetworking_<language>.qm" of the
-    /// data folder. The texts in the code are German, so for German only Qt's is needed. Replaces
-    /// those of a call before. True when at least one catalogue was found. GUI thread, after the
-    /// application object exists and before the first text is asked for.
+    /// Installs the catalogues of the language: Qt's own (widgets, web engine), and
+    /// "VXNetworking_<language>.qm" of the data folder. The texts in the code are German, so for
+    /// German only Qt's are needed. Replaces those of a call before. True when at least one
+    /// catalogue was found. GUI thread, after the application object exists and before the first
+    /// text is asked for.
     bool installTranslators();
 
 private:

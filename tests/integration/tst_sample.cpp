@@ -56,6 +56,8 @@ private Q_SLOTS:
     void probeTellsReachability();
     void messageShowsTheGermanText_data();
     void messageShowsTheGermanText();
+    void messageSpeaksTheChosenLanguage_data();
+    void messageSpeaksTheChosenLanguage();
     void messagesShowsTheWholeTable();
     void loginTextNamesThePartnerOfTheDeployment();
 
@@ -515,6 +517,30 @@ void tst_sample::messageShowsTheGermanText()
     QCOMPARE(entry.value(u"severity"_s).toInt(), severity);
     QCOMPARE(entry.value(u"message"_s).toString(), message);
     QVERIFY(shown.standardError().contains(message));
+}
+
+void tst_sample::messageSpeaksTheChosenLanguage_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("text");
+
+    const QString english = u"The server name could not be found (invalid server name)."_s;
+    const QString german =
+        u"Der Servername konnte nicht gefunden werden (ungültiger Servername)."_s;
+    QTest::newRow("English") << u"en"_s << english;
+    QTest::newRow("British English") << u"en-GB"_s << english;
+    QTest::newRow("German") << u"de"_s << german;
+    QTest::newRow("without a catalogue") << u"gsw"_s << german;
+}
+
+void tst_sample::messageSpeaksTheChosenLanguage()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, text);
+    const VXSampleRun run({u"--language"_s, language, u"message"_s, u"3503"_s});
+    QCOMPARE(run.exitCode(), 0);
+    const QJsonObject message = run.result().value(u"messages"_s).toArray().at(0).toObject();
+    QVERIFY2(message.value(u"message"_s).toString().startsWith(text), run.standardOutput());
 }
 
 void tst_sample::messagesShowsTheWholeTable()

@@ -30,8 +30,10 @@ VXTestEnvironment::VXTestEnvironment()
     }
 
     for (const char* variable : {"http_proxy", "https_proxy", "all_proxy", "no_proxy", "HTTP_PROXY",
-                                 "HTTPS_PROXY", "ALL_PROXY", "NO_PROXY", "VX_DEPLOYMENT_CONFIG"})
+                                 "HTTPS_PROXY", "ALL_PROXY", "NO_PROXY", "VX_DEPLOYMENT_CONFIG",
+                                 "LANGUAGE"})
         qunsetenv(variable);
+    qputenv("LC_ALL", "C.UTF-8"); // the programs under test speak the language of the code
 
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" VX_SOURCE_DIR "/tests/offscreen.json");

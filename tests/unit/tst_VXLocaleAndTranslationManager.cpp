@@ -23,7 +23,10 @@ class tst_VXLocaleAndTranslationManager : public QObject
 private Q_SLOTS:
     void nameIsThatOfTheDeployment_data();
     void nameIsThatOfTheDeployment();
+    void withoutALanguageTheTextsStayGerman();
     void germanBringsQtsOwnCatalogue();
+    void englishBringsTheOwnCatalogue_data();
+    void englishBringsTheOwnCatalogue();
     void languageWithoutCatalogueIsNoHarm();
 };
 
@@ -52,6 +55,33 @@ void tst_VXLocaleAndTranslationManager::germanBringsQtsOwnCatalogue()
     QVERIFY2(VXLocaleAndTranslationManager::instance()->installTranslators(),
              "Qt's catalogues are missing: qt6-translations-l10n");
     QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), u"Abbrechen"_s);
+}
+
+// The process runs in the "C" locale.
+void tst_VXLocaleAndTranslationManager::withoutALanguageTheTextsStayGerman()
+{
+    const VXDeploymentConfig untouched;
+    QCOMPARE(untouched.text(u"Program/language"_s), u"de"_s);
+}
+
+void tst_VXLocaleAndTranslationManager::englishBringsTheOwnCatalogue_data()
+{
+    QTest::addColumn<QString>("tag");
+
+    QTest::newRow("language") << u"en"_s;
+    QTest::newRow("Great Britain") << u"en-GB"_s;
+    QTest::newRow("United States") << u"en_US"_s;
+}
+
+void tst_VXLocaleAndTranslationManager::englishBringsTheOwnCatalogue()
+{
+    QFETCH(QString, tag);
+    setLanguage(tag);
+    QVERIFY(VXLocaleAndTranslationManager::instance()->installTranslators());
+    QCOMPARE(QCoreApplication::translate("VXRequest", "Achtung"), u"Warning"_s);
+    setLanguage(u"de"_s);
+    QVERIFY(VXLocaleAndTranslationManager::instance()->installTranslators());
+    QCOMPARE(QCoreApplication::translate("VXRequest", "Achtung"), u"Achtung"_s);
 }
 
 void tst_VXLocaleAndTranslationManager::languageWithoutCatalogueIsNoHarm()
