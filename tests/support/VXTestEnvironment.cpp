@@ -29,9 +29,9 @@ VXTestEnvironment::VXTestEnvironment()
         qputenv(folder.variable, path.toLocal8Bit());
     }
 
-    for (const char* variable : {"http_proxy", "https_proxy", "all_proxy", "no_proxy", "HTTP_PROXY",
-                                 "HTTPS_PROXY", "ALL_PROXY", "NO_PROXY", "VX_DEPLOYMENT_CONFIG",
-                                 "LANGUAGE"})
+    for (const char* variable :
+         {"http_proxy", "https_proxy", "all_proxy", "no_proxy", "HTTP_PROXY", "HTTPS_PROXY",
+          "ALL_PROXY", "NO_PROXY", "VX_DEPLOYMENT_CONFIG", "LANGUAGE"})
         qunsetenv(variable);
     qputenv("LC_ALL", "C.UTF-8"); // the programs under test speak the language of the code
 
