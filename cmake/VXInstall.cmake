@@ -8,10 +8,11 @@ configure_package_config_file(cmake/VXNetworkingConfig.cmake.in VXNetworkingConf
 write_basic_package_version_file(VXNetworkingConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 configure_file(cmake/VXNetworking.pc.in VXNetworking.pc @ONLY)
 
-install(EXPORT VXNetworkingTargets NAMESPACE VX:: DESTINATION "${vx_package_dir}")
+install(EXPORT VXNetworkingTargets NAMESPACE VX:: DESTINATION "${vx_package_dir}"
+    COMPONENT dev)
 install(FILES
         "${PROJECT_BINARY_DIR}/VXNetworkingConfig.cmake"
         "${PROJECT_BINARY_DIR}/VXNetworkingConfigVersion.cmake"
-    DESTINATION "${vx_package_dir}")
+    DESTINATION "${vx_package_dir}" COMPONENT dev)
 install(FILES "${PROJECT_BINARY_DIR}/VXNetworking.pc"
-    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT dev)
