@@ -1,6 +1,7 @@
 #include "VXRequestNetwork.h"
 
 #include "VXNetworkingError.h"
+#include "VXProgramUpdateDescriptionDialog.h"
 
 #include <VXCore/VXLogger.h>
 #include <VXCore/VXMath.h>
@@ -9,6 +10,7 @@
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QEventLoop>
+#include <QtCore/QPointer>
 #include <QtCore/QThread>
 #include <QtCore/QUrl>
 #include <QtNetwork/QAuthenticator>
@@ -241,6 +243,22 @@ void VXRequestNetwork::showSSLErrorWarning(const QString& theUrl, const QString&
                "Fehler aufgetreten:<ul><li>%2</li></ul>Dieser Fehler kann nicht ignoriert werden. "
                "Die Daten&uuml;bertragung wird abgebrochen.</html>")
                 .arg(theUrl, theError));
+}
+
+bool VXRequestNetwork::showProgramUpdateDialog(const QString& theText, bool isDeprecated,
+                                               bool* doUpdate)
+{
+    // Its parent may take it along while it runs.
+    const QPointer<VXProgramUpdateDescriptionDialog> dialog = new VXProgramUpdateDescriptionDialog(
+        QApplication::activeModalWidget(), theText, isDeprecated);
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    if (dialog) {
+        dialog->hide();
+        dialog->deleteLater();
+    }
+    if (doUpdate != nullptr)
+        *doUpdate = isAccepted;
+    return isAccepted;
 }
 
 void VXRequestNetwork::finishProgramForUpdate(bool* quit)

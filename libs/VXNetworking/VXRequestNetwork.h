@@ -89,6 +89,11 @@ public:
     [[nodiscard]] QString windowTitle() const;
 
 public Q_SLOTS:
+    /// Shows what is new in a newer version (HTML) and asks whether to update now. With
+    /// isDeprecated the program must be updated and there is no button for later. The answer is
+    /// returned and written to *doUpdate, which may be null.
+    bool showProgramUpdateDialog(const QString& theText, bool isDeprecated, bool* doUpdate);
+
     /// Writes the answer to *quit: true when the program is to end now.
     void finishProgramForUpdate(bool* quit);
 
