@@ -14,6 +14,7 @@
 #include "VXSampleRequestCommand.h"
 #include "VXSampleSessionCommand.h"
 #include "VXSampleTourCommand.h"
+#include "VXSampleUpdateCommand.h"
 #include "VXSampleUploadCommand.h"
 #include "VXSampleUploadDialogCommand.h"
 #include "VXSampleUploadServiceCommand.h"
@@ -82,10 +83,13 @@ constexpr std::array commands{
                        "Store, read or take from a link the record of a login."_L1,
                        "credentials save Cloud --user demo --password-stdin"_L1, 2, 2,
                        Application::Core, Duration::Finite, make<VXSampleCredentialsCommand>},
-    VXSampleCommandRow{"login"_L1, "direct|external"_L1,
-                       "Log in with a password, or in the browser, and get tokens."_L1,
-                       "login external"_L1, 1, 1, Application::Widgets, Duration::Finite,
+    VXSampleCommandRow{"login"_L1, "direct|embedded|external"_L1,
+                       "Log in with a password, in a page, or in the browser, and get tokens."_L1,
+                       "login embedded"_L1, 1, 1, Application::Widgets, Duration::Finite,
                        make<VXSampleLoginCommand>},
+    VXSampleCommandRow{"update"_L1, ""_L1, "Announce a newer version with its release notes."_L1,
+                       "update --mandatory"_L1, 0, 0, Application::Widgets, Duration::Finite,
+                       make<VXSampleUpdateCommand>},
     VXSampleCommandRow{
         "config"_L1, "show"_L1, "Show the deployment configuration and where it comes from."_L1,
         "config show"_L1, 1, 1, Application::Core, Duration::Finite, make<VXSampleConfigCommand>},

@@ -5,24 +5,35 @@
 #include "VXSampleErrorJson.h"
 #include "VXSampleExchange.h"
 #include "VXSampleForm.h"
+#include "VXSampleFormTypist.h"
 #include "VXSampleOutput.h"
 #include "VXSamplePageWatch.h"
 #include "VXSamplePkce.h"
+#include "VXSampleRedirectWatch.h"
 
 #include <VXNetworking/VXCredentials.h>
 #include <VXNetworking/VXHttpOperation.h>
 #include <VXNetworking/VXOAuth2ExternalLoginDialog.h>
+#include <VXNetworking/VXOAuth2LoginDialog.h>
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QJsonObject>
 #include <QtNetwork/QNetworkProxy>
 #include <QtNetwork/QTcpServer>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int stateBytes = 16;
+
+/// Ties the redirect to this login (RFC 6749, 10.12).
+QString newState()
+{
+    return QString::fromLatin1(VXSamplePkce::randomText(stateBytes));
+}
 
 /// The library's dialog does not tell that it cannot listen, so the port is tried beforehand.
 bool isPortFree()
@@ -48,8 +59,8 @@ VXSampleExitCode VXSampleLoginCommand::run(const QCommandLineParser& theArgument
                                            VXSampleContext& theContext)
 {
     const QString kind = theArguments.positionalArguments().constFirst();
-    if (kind != "direct"_L1 && kind != "external"_L1)
-        return refuse(theContext, u"login: use direct or external"_s);
+    if (kind != "direct"_L1 && kind != "embedded"_L1 && kind != "external"_L1)
+        return refuse(theContext, u"login: use direct, embedded or external"_s);
     if (!myLogin.read(theArguments, theContext))
         return VXSampleExitCode::EnvironmentError;
     myService = theArguments.value(u"service"_s);
@@ -60,7 +71,9 @@ VXSampleExitCode VXSampleLoginCommand::run(const QCommandLineParser& theArgument
         complaint = VXSampleLogin::complaintAbout(u"authorize-url"_s, myLogin.authorizeUrl);
     if (!complaint.isEmpty())
         return refuse(theContext, u"login: %1"_s.arg(complaint));
-    return kind == "direct"_L1 ? direct(theContext) : external(theContext);
+    if (kind == "direct"_L1)
+        return direct(theContext);
+    return kind == "embedded"_L1 ? embedded(theContext) : external(theContext);
 }
 
 VXSampleExitCode VXSampleLoginCommand::direct(VXSampleContext& theContext) const
@@ -75,6 +88,38 @@ VXSampleExitCode VXSampleLoginCommand::direct(VXSampleContext& theContext) const
     return VXSampleExchange::exitCode(error);
 }
 
+VXSampleExitCode VXSampleLoginCommand::embedded(VXSampleContext& theContext) const
+{
+    const VXSamplePkce pkce;
+    const QString state = newState();
+    VXOAuth2LoginDialog dialog(loginAddress(pkce, state), myService,
+                               VXOAuth2LoginDialog::SaveLoginDataOption |
+                                   VXOAuth2LoginDialog::CancelButtonOption);
+    const VXSampleRedirectWatch watch(dialog, QUrl(myRedirectUri), state);
+    std::optional<VXSampleFormTypist> typist;
+    if (!myLogin.user.isEmpty())
+        typist.emplace(dialog, myLogin.authorizeUrl, myLogin.user, myLogin.password);
+    if (dialog.exec() != QDialog::Accepted)
+        return giveUp(theContext, watch.errorCode());
+
+    QJsonObject result;
+    const VXSampleExitCode code = exchange(dialog.accessCode(), pkce, &result);
+    result.insert(u"save"_s, dialog.saveLoginData());
+    theContext.output.result(result);
+    return code;
+}
+
+/// The login ended without a code.
+VXSampleExitCode VXSampleLoginCommand::giveUp(VXSampleContext& theContext,
+                                              const QString& theErrorCode) const
+{
+    QJsonObject result{{u"accepted"_s, false}, {u"accessCode"_s, u"none"_s}};
+    if (!theErrorCode.isEmpty())
+        result.insert(u"error"_s, theErrorCode);
+    theContext.output.result(result);
+    return VXSampleExitCode::LibraryError;
+}
+
 VXSampleExitCode VXSampleLoginCommand::external(VXSampleContext& theContext) const
 {
     if (!isPortFree()) {
@@ -82,36 +127,35 @@ VXSampleExitCode VXSampleLoginCommand::external(VXSampleContext& theContext) con
         return VXSampleExitCode::EnvironmentError;
     }
     const VXSamplePkce pkce;
-    VXOAuth2ExternalLoginDialog dialog(loginAddress(pkce), myService);
-    if (dialog.exec() != QDialog::Accepted) {
-        theContext.output.result({{u"accepted"_s, false}, {u"accessCode"_s, u"none"_s}});
-        return VXSampleExitCode::LibraryError;
-    }
+    // The dialog does not hand the state back, so the challenge is what counts.
+    VXOAuth2ExternalLoginDialog dialog(loginAddress(pkce, newState()), myService);
+    if (dialog.exec() != QDialog::Accepted)
+        return giveUp(theContext);
 
     VXSamplePageWatch page(dialog); // the browser asks for the rest of its page meanwhile
     QJsonObject result;
-    const VXSampleExitCode code = exchange(dialog.accessCode(), pkce, &result);
+    // The dialog gives the code with its reserved characters still percent-encoded.
+    const QString accessCode = QUrl::fromPercentEncoding(dialog.accessCode().toUtf8());
+    const VXSampleExitCode code = exchange(accessCode, pkce, &result);
     page.wait();
     theContext.output.result(result);
     return code;
 }
 
-/// The address holds a state of its own (RFC 6749, 10.12) and the challenge that makes a foreign
-/// code worthless. The dialog does not hand the state back, so the challenge is what counts.
-QUrl VXSampleLoginCommand::loginAddress(const VXSamplePkce& thePkce) const
+/// The address holds the challenge that makes a foreign code worthless (RFC 7636).
+QUrl VXSampleLoginCommand::loginAddress(const VXSamplePkce& thePkce, const QString& theState) const
 {
     QUrl url = myLogin.authorizeUrl;
     QByteArray query = url.query(QUrl::FullyEncoded).toLatin1();
     if (!query.isEmpty())
         query += '&';
-    query +=
-        VXSampleForm::encode({{"response_type", u"code"_s},
-                              {"client_id", myLogin.clientId},
-                              {"redirect_uri", myRedirectUri},
-                              {"scope", myLogin.scope},
-                              {"state", QString::fromLatin1(VXSamplePkce::randomText(stateBytes))},
-                              {"code_challenge", QString::fromLatin1(thePkce.challenge())},
-                              {"code_challenge_method", u"S256"_s}});
+    query += VXSampleForm::encode({{"response_type", u"code"_s},
+                                   {"client_id", myLogin.clientId},
+                                   {"redirect_uri", myRedirectUri},
+                                   {"scope", myLogin.scope},
+                                   {"state", theState},
+                                   {"code_challenge", QString::fromLatin1(thePkce.challenge())},
+                                   {"code_challenge_method", u"S256"_s}});
     url.setQuery(QString::fromLatin1(query));
     return url;
 }
@@ -119,11 +163,9 @@ QUrl VXSampleLoginCommand::loginAddress(const VXSamplePkce& thePkce) const
 VXSampleExitCode VXSampleLoginCommand::exchange(const QString& theCode, const VXSamplePkce& thePkce,
                                                 QJsonObject* theResult) const
 {
-    // The dialog gives the code with its reserved characters still percent-encoded.
-    const QString code = QUrl::fromPercentEncoding(theCode.toUtf8());
     const QByteArray form =
         VXSampleForm::encode({{"grant_type", u"authorization_code"_s},
-                              {"code", code},
+                              {"code", theCode},
                               {"redirect_uri", myRedirectUri},
                               {"client_id", myLogin.clientId},
                               {"code_verifier", QString::fromLatin1(thePkce.verifier())}});

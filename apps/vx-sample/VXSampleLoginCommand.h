@@ -6,8 +6,8 @@
 class QJsonObject;
 class VXSamplePkce;
 
-/// "login direct|external": a login with a password, or in the user's own browser. Neither tokens
-/// nor codes are printed.
+/// "login direct|embedded|external": a login with a password, in a page of this program, or in the
+/// user's own browser. Neither tokens nor codes are printed.
 class VXSampleLoginCommand : public VXSampleCommand
 {
 public:
@@ -17,8 +17,10 @@ public:
 
 private:
     VXSampleExitCode direct(VXSampleContext& theContext) const;
+    VXSampleExitCode embedded(VXSampleContext& theContext) const;
     VXSampleExitCode external(VXSampleContext& theContext) const;
-    [[nodiscard]] QUrl loginAddress(const VXSamplePkce& thePkce) const;
+    VXSampleExitCode giveUp(VXSampleContext& theContext, const QString& theErrorCode = {}) const;
+    [[nodiscard]] QUrl loginAddress(const VXSamplePkce& thePkce, const QString& theState) const;
     VXSampleExitCode exchange(const QString& theCode, const VXSamplePkce& thePkce,
                               QJsonObject* theResult) const;
 

@@ -1,5 +1,7 @@
 #include "VXSampleMainWindow.h"
 
+#include "VXSampleCommand.h"
+#include "VXSampleCommandTable.h"
 #include "VXSamplePreferencesDialog.h"
 #include "VXSampleProblems.h"
 
@@ -8,6 +10,7 @@
 #include <VXGUIWidgets/VXCSSSkinManager.h>
 #include <VXNetworking/VXRequestNetwork.h>
 
+#include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
 #include <QtGui/QActionGroup>
 #include <QtWidgets/QLabel>
@@ -26,6 +29,7 @@ VXSampleMainWindow::VXSampleMainWindow(VXSampleContext& theContext)
     setWindowTitle(VXDeploymentConfig::instance()->text(u"Program/displayName"_s));
     createCentralWidget();
     createProblemMenu();
+    createUpdateMenu();
     createSettingsMenu();
     resize(760, 480);
 
@@ -73,6 +77,22 @@ void VXSampleMainWindow::createProblemMenu()
     }
 }
 
+void VXSampleMainWindow::createUpdateMenu()
+{
+    QMenu* menu = menuBar()->addMenu(tr("&Anmeldung und Aktualisierung"));
+    menu->setObjectName(u"updateMenu"_s);
+    const auto add = [&](const QString& theTitle, const QString& theName,
+                         const QStringList& theArguments) {
+        QAction* action = menu->addAction(theTitle);
+        action->setObjectName(theName);
+        connect(action, &QAction::triggered, this,
+                [this, theArguments] { runCommand(theArguments); });
+    };
+    add(tr("Anmelden in einer Seite..."), u"loginEmbedded"_s, {u"login"_s, u"embedded"_s});
+    add(tr("Aktualisierung..."), u"update"_s, {u"update"_s});
+    add(tr("Notwendige Aktualisierung..."), u"updateMandatory"_s, {u"update"_s, u"--mandatory"_s});
+}
+
 void VXSampleMainWindow::createSettingsMenu()
 {
     QMenu* menu = menuBar()->addMenu(tr("&Einstellungen"));
@@ -104,6 +124,18 @@ void VXSampleMainWindow::cause(const VXSampleProblem& theProblem)
 void VXSampleMainWindow::logIn()
 {
     cause(*VXSampleProblems::find(u"login-wait"_s));
+}
+
+/// What the command line does; the result goes to standard output.
+void VXSampleMainWindow::runCommand(const QStringList& theArguments)
+{
+    const auto command = VXSampleCommandTable::find(theArguments.constFirst())->create();
+    QCommandLineParser parser;
+    command->addOptions(parser);
+    parser.parse(theArguments);
+    menuBar()->setEnabled(false); // an exchange handles events: one command at a time
+    command->run(parser, myContext);
+    menuBar()->setEnabled(true);
 }
 
 void VXSampleMainWindow::editPreferences()

@@ -8,8 +8,9 @@ class QPushButton;
 struct VXSampleContext;
 struct VXSampleProblem;
 
-/// The main window: a menu of network problems, the network settings, the skins, and a login
-/// button that is disabled while a refused login has to wait. Main thread.
+/// The main window: a menu of network problems, one of the login in a page and of updates, the
+/// network settings, the skins, and a login button that is disabled while a refused login has to
+/// wait. Main thread.
 class VXSampleMainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -23,9 +24,11 @@ public:
 private:
     void createCentralWidget();
     void createProblemMenu();
+    void createUpdateMenu();
     void createSettingsMenu();
     void cause(const VXSampleProblem& theProblem);
     void logIn();
+    void runCommand(const QStringList& theArguments);
     void editPreferences();
 
     VXSampleContext& myContext;
