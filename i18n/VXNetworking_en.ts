@@ -655,6 +655,27 @@ will close automatically.</translation>
     </message>
 </context>
 <context>
+    <name>VXOAuth2LoginDialog</name>
+    <message>
+        <source>Autorisierung speichern und beim nächsten Mal automatisch anmelden</source>
+        <translation>Save the authorisation and sign in automatically next time</translation>
+    </message>
+    <message>
+        <source>Bitte warten, Verbindung zu %1 wird hergestellt ...</source>
+        <translation>Please wait, connecting to %1 ...</translation>
+    </message>
+    <message>
+        <source>%1 nicht erreichbar</source>
+        <translation>%1 cannot be reached</translation>
+    </message>
+    <message>
+        <source>Leider konnte keine Verbindung zu %1 hergestellt werden.
+Bitte überprüfen Sie Ihre Netzwerkverbindung.</source>
+        <translation>Unfortunately no connection to %1 could be made.
+Please check your network connection.</translation>
+    </message>
+</context>
+<context>
     <name>VXPasswordDialog</name>
     <message>
         <source>Anmeldung erforderlich</source>
@@ -738,6 +759,23 @@ will close automatically.</translation>
         <source>Socks5</source>
         <comment>COMBOBOX</comment>
         <translation>SOCKS5</translation>
+    </message>
+</context>
+<context>
+    <name>VXProgramUpdateDescriptionDialog</name>
+    <message>
+        <source>Aktualisierung gefunden</source>
+        <translation>Update found</translation>
+    </message>
+    <message>
+        <source>Jetzt aktualisieren</source>
+        <comment>BUTTON &apos;update&apos; instead of &apos;install&apos;</comment>
+        <translation>Update now</translation>
+    </message>
+    <message>
+        <source>Später erinnern</source>
+        <comment>BUTTON</comment>
+        <translation>Remind me later</translation>
     </message>
 </context>
 <context>
@@ -899,6 +937,22 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     <message>
         <source>Dunkel</source>
         <translation>Dark</translation>
+    </message>
+    <message>
+        <source>&amp;Anmeldung und Aktualisierung</source>
+        <translation>&amp;Sign-in and update</translation>
+    </message>
+    <message>
+        <source>Anmelden in einer Seite...</source>
+        <translation>Sign in on a page...</translation>
+    </message>
+    <message>
+        <source>Aktualisierung...</source>
+        <translation>Update...</translation>
+    </message>
+    <message>
+        <source>Notwendige Aktualisierung...</source>
+        <translation>Mandatory update...</translation>
     </message>
 </context>
 <context>
