@@ -24,7 +24,8 @@ QString scriptFor(const QString& theUser, const QString& thePassword)
         if (name)
             name.value = user;
         secret.value = password;
-        secret.form.submit();
+        // Not secret.form.submit(): a button of that name would stand for the function.
+        HTMLFormElement.prototype.requestSubmit.call(secret.form);
         return true;
     })(%1))"_s.arg(QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact)));
 }
