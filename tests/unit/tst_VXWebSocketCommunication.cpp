@@ -10,6 +10,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
+#include <QtCore/QPointer>
 #include <QtCore/QUuid>
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QNetworkProxy>
@@ -143,6 +144,7 @@ private Q_SLOTS:
     void aPageThatLeftIsForgotten();
     void connectionsEndWithTheObject();
     void theObjectMayBeDeletedByAPagesCall();
+    void aPageCannotDeleteThePublishedObject();
     void itIsTheWayOfTheBase();
 };
 
@@ -471,6 +473,21 @@ void tst_VXWebSocketCommunication::theObjectMayBeDeletedByAPagesCall()
     page->send(call("leave()", {}));
     QTRY_VERIFY(page->isDisconnected());
     QVERIFY(!communication);
+}
+
+void tst_VXWebSocketCommunication::aPageCannotDeleteThePublishedObject()
+{
+    VXWebSocketCommunication communication(u"test"_s);
+    QPointer<Screen> screen = new Screen; // deleted below
+    communication.registerObject(u"wizardScreen"_s, screen);
+    const auto page = openPage(communication);
+
+    page->send(call("deleteLater()", {}));
+    page->send(call("applyCoupon(QString)", {u"afterwards"_s}));
+    QTRY_VERIFY(!screen || !screen->coupons.isEmpty());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(screen);
+    delete screen;
 }
 
 void tst_VXWebSocketCommunication::itIsTheWayOfTheBase()
