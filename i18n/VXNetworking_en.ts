@@ -905,6 +905,45 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
 </context>
 <context>
+    <name>VXSampleBasket</name>
+    <message>
+        <source>Fotobuch „Sommer am See“, A4, 48 Seiten</source>
+        <translation>Photo book “Summer at the lake”, A4, 48 pages</translation>
+    </message>
+    <message>
+        <source>Abzüge 10 x 15 cm, glänzend</source>
+        <translation>Prints 10 x 15 cm, glossy</translation>
+    </message>
+    <message>
+        <source>Zwischensumme</source>
+        <translation>Subtotal</translation>
+    </message>
+    <message>
+        <source>Gutschein %1</source>
+        <translation>Coupon %1</translation>
+    </message>
+    <message>
+        <source>Versand</source>
+        <translation>Shipping</translation>
+    </message>
+    <message>
+        <source>Der Gutschein „%1“ wurde eingelöst.</source>
+        <translation>The coupon “%1” was redeemed.</translation>
+    </message>
+    <message>
+        <source>Den Gutschein „%1“ gibt es nicht. Bitte prüfen Sie die Schreibweise.</source>
+        <translation>There is no coupon “%1”. Please check the spelling.</translation>
+    </message>
+    <message>
+        <source>Der Gutschein „%1“ ist abgelaufen.</source>
+        <translation>The coupon “%1” has expired.</translation>
+    </message>
+    <message>
+        <source>Für den Gutschein „%1“ ist der Bestellwert zu niedrig.</source>
+        <translation>The order is too small for the coupon “%1”.</translation>
+    </message>
+</context>
+<context>
     <name>VXSampleMainWindow</name>
     <message>
         <source>Das Menü &quot;Netzwerkprobleme&quot; führt echte Fehler herbei. Was die Bibliothek dabei tut, steht unten.</source>
@@ -953,6 +992,13 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     <message>
         <source>Notwendige Aktualisierung...</source>
         <translation>Mandatory update...</translation>
+    </message>
+</context>
+<context>
+    <name>VXSampleOrderWindow</name>
+    <message>
+        <source>Bestellübersicht</source>
+        <translation>Order summary</translation>
     </message>
 </context>
 <context>
@@ -1039,6 +1085,13 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     <message>
         <source>Neustart nötig</source>
         <translation>Restart needed</translation>
+    </message>
+</context>
+<context>
+    <name>VXSampleWizardScreen</name>
+    <message>
+        <source>Vielen Dank für Ihre Bestellung über %1.</source>
+        <translation>Thank you for your order of %1.</translation>
     </message>
 </context>
 <context>

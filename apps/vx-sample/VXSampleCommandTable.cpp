@@ -1,5 +1,6 @@
 #include "VXSampleCommandTable.h"
 
+#include "VXSampleChannelCommand.h"
 #include "VXSampleConfigCommand.h"
 #include "VXSampleCredentialsCommand.h"
 #include "VXSampleDownloadCommand.h"
@@ -101,6 +102,10 @@ constexpr std::array commands{
                        "The same with the dialog that shows the QR code."_L1, "upload-dialog"_L1, 0,
                        0, Application::Widgets, Duration::Service,
                        make<VXSampleUploadDialogCommand>},
+    VXSampleCommandRow{"channel"_L1, ""_L1,
+                       "Open the web channel, show a page that uses it, and tell what it does."_L1,
+                       "channel --page ordersummary"_L1, 0, 0, Application::Widgets,
+                       Duration::Service, make<VXSampleChannelCommand>},
     VXSampleCommandRow{"tour"_L1, "DIR"_L1,
                        "Do the library's main job against the simulator and check every step."_L1,
                        "tour out"_L1, 1, 1, Application::Widgets, Duration::Finite,
