@@ -56,7 +56,7 @@ constexpr std::array commands{
                        "probe http://127.0.0.1:8080/"_L1, 1, 1, Application::Core, Duration::Finite,
                        make<VXSampleProbeCommand>},
     VXSampleCommandRow{"message"_L1, "CODE..."_L1,
-                       "Show severity, German text and details of error codes."_L1,
+                       "Show severity, text and details of error codes."_L1,
                        "message 70 3503 20017"_L1, 1, -1, Application::Core, Duration::Finite,
                        make<VXSampleMessageCommand>},
     VXSampleCommandRow{"messages"_L1, ""_L1, "Show the whole table of error texts."_L1,

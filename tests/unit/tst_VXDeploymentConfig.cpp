@@ -25,6 +25,35 @@ VXDeploymentConfig::Entry entryOf(const VXDeploymentConfig& theConfig, const QSt
     return {};
 }
 
+/// The cells of each row of docs/deployment.md that begins with a key, without backticks.
+QList<QStringList> documentedKeys()
+{
+    QFile page(QStringLiteral(VX_SOURCE_DIR) + u"/docs/deployment.md"_s);
+    QList<QStringList> rows;
+    if (!page.open(QFile::ReadOnly))
+        return rows;
+    const QStringList lines = QString::fromUtf8(page.readAll()).split(u'\n');
+    for (const QString& line : lines) {
+        QStringList cells = line.split(" | "_L1);
+        if (!line.startsWith("| `"_L1))
+            continue;
+        cells[0] = cells[0].sliced(2);
+        for (QString& cell : cells)
+            cell = cell.trimmed();
+        cells[0] = cells[0].mid(1, cells[0].size() - 2);
+        rows << cells;
+    }
+    return rows;
+}
+
+/// The text between backticks when that is all there is; else null.
+QString literal(const QString& theCell)
+{
+    const bool isLiteral = theCell.size() > 2 && theCell.startsWith(u'`') &&
+                           theCell.count(u'`') == 2 && theCell.endsWith(u'`');
+    return isLiteral ? theCell.mid(1, theCell.size() - 2) : QString();
+}
+
 } // namespace
 
 class tst_VXDeploymentConfig : public QObject
@@ -53,6 +82,9 @@ private Q_SLOTS:
     void unquotedCommasAreKept();
     void listsKeepCommasInQuotedItems();
     void sessionsOfTheCloudAreOpenKeys();
+    void documentListsEveryKey();
+    void documentedDefaultsAreThoseInForce();
+    void documentedExamplesAreUsable();
     void everyEntryHasItsOrigin();
     void secretsAreNotShown();
     void unreadableFileIsReported_data();
@@ -416,6 +448,57 @@ void tst_VXDeploymentConfig::readersAndSettersMayWorkAtOnce()
     for (std::thread& thread : threads)
         thread.join();
     QCOMPARE(failures.load(), 0);
+}
+
+void tst_VXDeploymentConfig::documentListsEveryKey()
+{
+    QStringList documented;
+    QStringList cloud;
+    for (const QStringList& row : documentedKeys())
+        (row.at(0).startsWith("Cloud/"_L1) ? cloud : documented) << row.at(0);
+    QStringList keys;
+    for (const VXDeploymentConfig::Entry& entry : VXDeploymentConfig().entries())
+        keys << entry.key;
+    QCOMPARE(documented, keys);
+    QCOMPARE(cloud, QStringList({u"Cloud/<name>/authorizeUrl"_s, u"Cloud/<name>/clientId"_s,
+                                 u"Cloud/<name>/clientSecret"_s, u"Cloud/<name>/grantType"_s,
+                                 u"Cloud/<name>/loginUrl"_s, u"Cloud/<name>/revokeUrl"_s,
+                                 u"Cloud/<name>/scope"_s, u"Cloud/<name>/serviceName"_s,
+                                 u"Cloud/<name>/tokenUrl"_s}));
+}
+
+void tst_VXDeploymentConfig::documentedDefaultsAreThoseInForce()
+{
+    const VXDeploymentConfig config;
+    int compared = 0;
+    for (const QStringList& row : documentedKeys()) {
+        if (row.at(0).startsWith("Cloud/"_L1))
+            continue;
+        const QString text = literal(row.at(2));
+        const QString key = row.at(0);
+        if (row.at(2).startsWith("none"_L1))
+            QVERIFY2(config.text(key).isEmpty(), qPrintable(key));
+        else if (!text.isNull() && key != "KeyAccount/text1"_L1)
+            QCOMPARE(config.text(key), text);
+        else
+            continue;
+        ++compared;
+    }
+    QVERIFY(compared >= 20);
+    QCOMPARE(config.text(u"KeyAccount/text1"_s), config.text(u"Program/displayName"_s));
+}
+
+void tst_VXDeploymentConfig::documentedExamplesAreUsable()
+{
+    VXDeploymentConfig config;
+    for (const QStringList& row : documentedKeys()) {
+        const bool isCloud = row.at(0).startsWith("Cloud/"_L1);
+        const QString key = QString(row.at(0)).replace("<name>"_L1, "archive"_L1);
+        const QString example = literal(row.at(isCloud ? 2 : 3));
+        QVERIFY2(!example.isEmpty(), qPrintable(key));
+        QVERIFY2(config.setValue(key, example), qPrintable(key));
+        QCOMPARE(config.text(key), example);
+    }
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_VXDeploymentConfig)
