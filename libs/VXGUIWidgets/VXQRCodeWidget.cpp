@@ -1,5 +1,7 @@
 #include "VXQRCodeWidget.h"
 
+#include <VXCore/VXDeploymentConfig.h>
+
 #include <QtCore/QEasingCurve>
 #include <QtGui/QPainter>
 #include <QtWidgets/QStyle>
@@ -70,6 +72,7 @@ void VXQRCodeWidget::animateIn()
 {
     myEntry.stop();
     const bool isAnimated =
+        VXDeploymentConfig::instance()->isEnabled(u"Gui/animations"_s) &&
         style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
     // The first value is not announced by the animation.
     myProgress = isAnimated ? 0.0 : 1.0;

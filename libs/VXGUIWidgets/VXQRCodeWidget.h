@@ -38,7 +38,8 @@ public:
     /// True while a code is shown, false while the placeholder is.
     [[nodiscard]] bool hasCode() const noexcept { return myCode.has_value(); }
 
-    /// Lets the code grow and fade in once. At once in full where the style wants no animations.
+    /// Lets the code grow and fade in once. At once in full where the style
+    /// or the deployment ("Gui/animations") wants no animations.
     void animateIn();
 
     [[nodiscard]] QSize sizeHint() const override;

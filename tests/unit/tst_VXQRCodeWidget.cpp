@@ -1,3 +1,4 @@
+#include <VXCore/VXDeploymentConfig.h>
 #include <VXGUIWidgets/VXQRCodeWidget.h>
 
 #include "VXTestMain.h"
@@ -63,6 +64,7 @@ private Q_SLOTS:
     void screenReadersHearNameAddressAndNetwork();
     void theEntryGrowsFromNothingToTheWholeCode();
     void withoutAnimationsTheCodeIsThereAtOnce();
+    void deploymentWithoutAnimationsShowsTheCodeAtOnce();
 
 private:
     QString decoded(const QImage& theImage);
@@ -311,6 +313,19 @@ void tst_VXQRCodeWidget::withoutAnimationsTheCodeIsThereAtOnce()
     const QImage whole = picture(widget, 1);
 
     widget.animateIn();
+    QCOMPARE(picture(widget, 1), whole);
+}
+
+void tst_VXQRCodeWidget::deploymentWithoutAnimationsShowsTheCodeAtOnce()
+{
+    VXQRCodeWidget widget;
+    widget.resize(widget.sizeHint());
+    widget.setUrl(QUrl(u"http://10.0.0.1:40000/?ABCDE"_s), {});
+    const QImage whole = picture(widget, 1);
+
+    QVERIFY(VXDeploymentConfig::instance()->setValue(u"Gui/animations"_s, u"false"_s));
+    widget.animateIn();
+    QVERIFY(VXDeploymentConfig::instance()->setValue(u"Gui/animations"_s, u"true"_s));
     QCOMPARE(picture(widget, 1), whole);
 }
 
