@@ -21,6 +21,33 @@
     </message>
 </context>
 <context>
+    <name>VXBrowserDialog</name>
+    <message>
+        <source>VXBrowserDialog</source>
+        <translation>Browser</translation>
+    </message>
+    <message>
+        <source>URL laden</source>
+        <translation>Load URL</translation>
+    </message>
+    <message>
+        <source>Drucken</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <source>Speichern</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Sichern als...</source>
+        <translation>Save as...</translation>
+    </message>
+    <message>
+        <source>PDF-Files (*.pdf)</source>
+        <translation>PDF files (*.pdf)</translation>
+    </message>
+</context>
+<context>
     <name>VXLocalUploadService</name>
     <message>
         <source>Kopierte Fotos</source>
