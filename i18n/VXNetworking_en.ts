@@ -685,7 +685,7 @@ will close automatically.</translation>
     <name>VXOAuth2LoginDialog</name>
     <message>
         <source>Autorisierung speichern und beim nächsten Mal automatisch anmelden</source>
-        <translation>Save the authorisation and sign in automatically next time</translation>
+        <translation>Save the authorisation and log in automatically next time</translation>
     </message>
     <message>
         <source>Bitte warten, Verbindung zu %1 wird hergestellt ...</source>
@@ -698,7 +698,7 @@ will close automatically.</translation>
     <message>
         <source>Leider konnte keine Verbindung zu %1 hergestellt werden.
 Bitte überprüfen Sie Ihre Netzwerkverbindung.</source>
-        <translation>Unfortunately no connection to %1 could be made.
+        <translation>Unfortunately, a connection to %1 could not be established.
 Please check your network connection.</translation>
     </message>
 </context>
@@ -792,7 +792,7 @@ Please check your network connection.</translation>
     <name>VXProgramUpdateDescriptionDialog</name>
     <message>
         <source>Aktualisierung gefunden</source>
-        <translation>Update found</translation>
+        <translation>Update available</translation>
     </message>
     <message>
         <source>Jetzt aktualisieren</source>
@@ -947,7 +947,7 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>Gutschein %1</source>
-        <translation>Coupon %1</translation>
+        <translation>Voucher %1</translation>
     </message>
     <message>
         <source>Versand</source>
@@ -955,19 +955,19 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>Der Gutschein „%1“ wurde eingelöst.</source>
-        <translation>The coupon “%1” was redeemed.</translation>
+        <translation>The voucher “%1” has been redeemed.</translation>
     </message>
     <message>
         <source>Den Gutschein „%1“ gibt es nicht. Bitte prüfen Sie die Schreibweise.</source>
-        <translation>There is no coupon “%1”. Please check the spelling.</translation>
+        <translation>There is no voucher “%1”. Please check the spelling.</translation>
     </message>
     <message>
         <source>Der Gutschein „%1“ ist abgelaufen.</source>
-        <translation>The coupon “%1” has expired.</translation>
+        <translation>The voucher “%1” has expired.</translation>
     </message>
     <message>
         <source>Für den Gutschein „%1“ ist der Bestellwert zu niedrig.</source>
-        <translation>The order is too small for the coupon “%1”.</translation>
+        <translation>The order value is too low for the voucher “%1”.</translation>
     </message>
 </context>
 <context>
@@ -1006,11 +1006,11 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>&amp;Anmeldung und Aktualisierung</source>
-        <translation>&amp;Sign-in and update</translation>
+        <translation>&amp;Login and updates</translation>
     </message>
     <message>
         <source>Anmelden in einer Seite...</source>
-        <translation>Sign in on a page...</translation>
+        <translation>Log in on a page...</translation>
     </message>
     <message>
         <source>Aktualisierung...</source>
