@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QList>
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
 
@@ -11,10 +12,12 @@ class VXWizardScreen : public QObject
 public:
     QStringList coupons;
     int readyCount = 0;
+    QList<bool> orders; // whether each wants the newsletter
 
 public Q_SLOTS:
     void applyCoupon(const QString& theText) { coupons << theText; }
     void webChannelReady() { ++readyCount; }
+    void placeOrder(bool theWantsNewsletter) { orders << theWantsNewsletter; }
 
 Q_SIGNALS:
     void setCouponEditVisible(bool theIsVisible);

@@ -154,6 +154,9 @@ private Q_SLOTS:
     void theBridgePostsItsMessages();
     void theBridgeRaisesMessageEvents();
     void theBridgeReachesTheObject();
+    void theShippedPageWorks();
+    void theShippedPageShowsWhatTheApplicationSays();
+    void theShippedPageFollowsTheDarkSkin();
 };
 
 void tst_web_channel::theScriptsAreInTheLibrary()
@@ -525,6 +528,84 @@ void tst_web_channel::theBridgeReachesTheObject()
     Q_EMIT screen.setCouponCode(u"zurück \"€\""_s);
     QTRY_COMPARE_WITH_TIMEOUT(page.eval(u"getCouponCode()"_s).toString(), u"zurück \"€\""_s,
                               patience);
+}
+
+namespace {
+
+/// The order summary among the assets, with its channel up.
+struct ShippedOrder
+{
+    ShippedOrder()
+    {
+        communication.registerObject(u"wizardScreen"_s, &screen);
+        QUrl url = QUrl::fromLocalFile(QStringLiteral(VX_SOURCE_DIR) +
+                                       u"/assets/html/ordersummary.html"_s);
+        url.setQuery(communication.addServerParameter({}));
+        QVERIFY(page.open(url));
+        QTRY_COMPARE_WITH_TIMEOUT(screen.readyCount, 1, patience);
+    }
+
+    VXWizardScreen screen;
+    VXWebSocketCommunication communication{u"order"_s};
+    VXChannelPage page;
+};
+
+const QString emptySummary = u"showSummary({articles: [], sums: [], total: '1,00 €', "
+                             "couponMessage: '', couponIsWrong: false})"_s;
+
+} // namespace
+
+void tst_web_channel::theShippedPageWorks()
+{
+    ShippedOrder order;
+    VXChannelPage& page = order.page;
+    QCOMPARE(
+        page.eval(u"[getCouponEditVisiblity(), getNewsletterVisibility()].join()"_s).toString(),
+        u"false,false"_s);
+    QCOMPARE(page.eval(u"linkCoupon.click(); [getCouponEditVisiblity(), "
+                       "document.activeElement.id].join()"_s)
+                 .toString(),
+             u"true,couponCodeEdit"_s);
+    page.runJavaScript(u"couponCodeEdit.value = 'SOMMER'; applyCouponButton.click()"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(order.screen.coupons, QStringList{u"SOMMER"_s}, patience);
+
+    Q_EMIT order.screen.setCouponCode(u"SOMMER"_s);
+    Q_EMIT order.screen.setNewsletterVisible(true);
+    Q_EMIT order.screen.setNewsletterChecked(true);
+    QTRY_COMPARE_WITH_TIMEOUT(page.eval(u"getNewsletterState()"_s).toBool(), true, patience);
+    QVERIFY(page.eval(u"getComputedStyle(clearCouponButton).display !== 'none'"_s).toBool());
+
+    page.runJavaScript(u"orderButton.click(); "_s + emptySummary + u"; orderButton.click()"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(order.screen.orders, QList<bool>{true}, patience);
+}
+
+void tst_web_channel::theShippedPageShowsWhatTheApplicationSays()
+{
+    ShippedOrder order;
+    VXChannelPage& page = order.page;
+    const QString show =
+        u"showSummary({articles: [['<b>Fotobuch</b>', '1', '39,95 €']], sums: [['Versand', "
+        "'4,99 €']], total: '44,94 €', couponMessage: 'Es gibt ihn nicht.', couponIsWrong: true});"
+        "[articles.innerText.trim(), sums.innerText.trim(), total.innerText, couponMessage.className].join('|')"_s;
+    QCOMPARE(page.eval(show).toString().simplified(),
+             u"<b>Fotobuch</b> 1 39,95 €|Versand 4,99 €|44,94 €|error"_s);
+    QCOMPARE(
+        page.eval(u"showOrdered('Danke'); [orderMessage.innerText, "
+                  "document.querySelectorAll('button:enabled, input:enabled').length].join()"_s)
+            .toString(),
+        u"Danke,0"_s);
+    QCOMPARE(page.console().size(), 1); // no error, no refusal by the page's policy
+}
+
+void tst_web_channel::theShippedPageFollowsTheDarkSkin()
+{
+    ShippedOrder order;
+    const QString colour = u"getComputedStyle(document.documentElement).backgroundColor"_s;
+    QCOMPARE(order.page.eval(colour).toString(), u"rgb(243, 245, 248)"_s);
+    order.page.runJavaScript(
+        u"style = document.createElement('style'); style.textContent = '@media screen{:root { "
+        "color-scheme: dark only;}}'; document.head.append(style);"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(order.page.eval(colour).toString(), u"rgb(16, 21, 27)"_s, patience);
 }
 
 static const bool isPrepared = VXChannelPage::prepare();

@@ -47,6 +47,14 @@ function showOrdered(text) {
     document.querySelectorAll('button, input').forEach((element) => { element.disabled = true; });
 }
 
+// The application's dark skin forces the colour scheme by a style that it adds after the load.
+function followColourScheme() {
+    const root = document.documentElement;
+    root.classList.toggle('dark', getComputedStyle(root).colorScheme.startsWith('dark'));
+}
+
+new MutationObserver(followColourScheme).observe(document.head, { childList: true });
+
 window.addEventListener('DOMContentLoaded', function () {
     document.getElementById('linkCoupon').addEventListener('click', function () {
         setCouponEditVisible(true);
