@@ -50,7 +50,8 @@ bool write(const QString& theFile)
     QSaveFile file(theFile);
     if (!file.open(QFile::WriteOnly) || !file.setPermissions(ownerOnly))
         return false;
-    return file.write(randomKey()) == VXCryptoKey::size && file.commit();
+    // On a full disk the flush fails; a commit alone would leave an empty file.
+    return file.write(randomKey()) == VXCryptoKey::size && file.flush() && file.commit();
 }
 
 // A file of another content is of no use, but it is somebody's: it is put aside, not overwritten.

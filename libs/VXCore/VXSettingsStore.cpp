@@ -2,11 +2,15 @@
 
 #include "VXDeploymentConfig.h"
 
+#include <QtCore/QDataStream>
 #include <QtCore/QDebug>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QStandardPaths>
+#include <QtCore/QTemporaryFile>
+
+#include <fcntl.h>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +31,36 @@ bool prepare(const QString& theFile)
     return file.open(QFile::WriteOnly | QFile::NewOnly, ownerOnly);
 }
 
+/// At most that many bytes does the entry take in the file, with every character escaped.
+qint64 largestSize(const QString& theKey, const QVariant& theValue)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QDataStream::WriteOnly);
+    stream << theKey << theValue;
+    return 4 * bytes.size();
+}
+
+/// Whether the new file has room beside the old one. On a full disk QSettings replaces the file by
+/// an empty one and reports success, so nobody may get that far.
+bool hasRoom(const QString& theFile, qint64 theAddedBytes)
+{
+    constexpr qint64 lockFile = 4096;
+    QTemporaryFile room(theFile + ".XXXXXX"_L1); // vanishes here, or with the process
+    if (!room.open())
+        return true; // the write itself will tell
+    const qint64 size = QFileInfo(theFile).size() + theAddedBytes + lockFile;
+    const int error = posix_fallocate(room.handle(), 0, size);
+    if (error == 0)
+        return true;
+    qWarning().noquote() << theFile + ": no room for the settings: "_L1 + qt_error_string(error);
+    return false;
+}
+
+void warnThatUnwritable(const QString& theFile)
+{
+    qWarning().noquote() << theFile + ": the settings cannot be written"_L1;
+}
+
 bool sync(QSettings* theSettings)
 {
     if (!theSettings)
@@ -34,7 +68,7 @@ bool sync(QSettings* theSettings)
     theSettings->sync();
     if (theSettings->status() != QSettings::AccessError)
         return true;
-    qWarning().noquote() << theSettings->fileName() + ": the settings cannot be written"_L1;
+    warnThatUnwritable(theSettings->fileName());
     return false;
 }
 
@@ -65,6 +99,7 @@ bool VXSettingsStore::flush()
     if (!myIsChanged)
         return true;
     myIsChanged = false;
+    myPendingSize = 0;
     const bool isUserWritten = sync(myUser.get());
     return sync(myMachine.get()) && isUserWritten;
 }
@@ -107,13 +142,17 @@ QVariant VXSettingsStore::value(const QString& theKey, const QVariant& theDefaul
 
 bool VXSettingsStore::write(const QString& theKey, const QVariant& theValue, bool theIsMachineWide)
 {
-    if (!theIsMachineWide && !prepare(userFile()))
+    if (!theIsMachineWide && !prepare(userFile())) {
+        warnThatUnwritable(userFile());
         return false;
+    }
     QSettings& settings = theIsMachineWide ? machine() : user();
-    if (!settings.isWritable())
+    const qint64 added = myPendingSize + largestSize(theKey, theValue);
+    if (!settings.isWritable() || !hasRoom(settings.fileName(), added))
         return false;
     settings.setValue(theKey, theValue);
     myIsChanged = true;
+    myPendingSize = added;
     return true;
 }
 
@@ -124,6 +163,8 @@ bool VXSettingsStore::contains(const QString& theKey)
 
 void VXSettingsStore::remove(const QString& theKey)
 {
+    if (!hasRoom(user().fileName(), myPendingSize))
+        return;
     user().remove(theKey);
     myIsChanged = true;
 }

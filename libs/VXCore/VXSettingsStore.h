@@ -28,8 +28,10 @@ public:
 
     [[nodiscard]] QVariant value(const QString& theKey, const QVariant& theDefault,
                                  bool theIsMachineWide);
+    /// False when the file can't be written or the disk has no room for it.
     bool write(const QString& theKey, const QVariant& theValue, bool theIsMachineWide);
     [[nodiscard]] bool contains(const QString& theKey);
+    /// Does nothing, with a warning, when the disk has no room for the new file.
     void remove(const QString& theKey);
 
     /// Forgets the open files; the next access opens those that are configured then.
@@ -50,6 +52,7 @@ private:
     QRecursiveMutex myMutex;
     int myDepth = 0;
     bool myIsChanged = false;
-    std::unique_ptr<QSettings> myUser;    // null until used
+    qint64 myPendingSize = 0;          // bytes; what the changes since the last flush add at most
+    std::unique_ptr<QSettings> myUser; // null until used
     std::unique_ptr<QSettings> myMachine; // null until used
 };
