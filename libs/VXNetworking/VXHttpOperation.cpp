@@ -2,6 +2,7 @@
 
 #include "VXNetworkAccessManager.h"
 #include "VXUploadFile.h"
+#include "VXWholeFile.h"
 
 #include <VXCore/VXLogger.h>
 #include <VXCore/VXPlatformIndependent.h>
@@ -99,6 +100,13 @@ bool isCutOff(const QNetworkReply& theReply, int theStatus, qsizetype theBodySiz
 bool writeAll(QFileDevice& theFile, const QByteArray& theBytes)
 {
     return theFile.write(theBytes) == theBytes.size() && theFile.flush();
+}
+
+/// Qt calls a folder that has vanished "", which would be the root of the disk.
+QString temporaryFolder()
+{
+    const QString folder = QDir::tempPath();
+    return folder.isEmpty() ? qEnvironmentVariable("TMPDIR") : folder;
 }
 
 /// A part that says which field it is. A value that would begin a new header line is left out.
@@ -408,11 +416,11 @@ bool VXHttpOperation::downloadToFile(const QFileInfo& theFile)
     const QByteArray body = exec();
     if (errorOccurred())
         return false;
-    QFile file(theFile.absoluteFilePath());
-    const bool isOpen = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    if (isOpen && !body.isEmpty() && writeAll(file, body))
+    QString reason = u"empty answer"_s;
+    const bool isWritten = VXWholeFile::write(theFile.absoluteFilePath(), body, reason);
+    if (isWritten && !body.isEmpty())
         return true;
-    noteWriteFailure(theFile, body.isEmpty() && isOpen ? u"empty answer"_s : file.errorString());
+    noteWriteFailure(theFile, reason);
     return false;
 }
 
@@ -429,9 +437,13 @@ QTemporaryFile* VXHttpOperation::downloadToTemporaryFile()
     const QByteArray body = exec();
     if (errorOccurred())
         return nullptr;
-    auto file = std::make_unique<QTemporaryFile>(QDir::tempPath() + u"/TOV_TEMPORARY_DOWNLOAD"_s);
+    const QString path = temporaryFolder() + u"/TOV_TEMPORARY_DOWNLOAD"_s;
+    auto file = std::make_unique<QTemporaryFile>(path);
     if (!file->open() || !writeAll(*file, body)) {
-        noteWriteFailure(QFileInfo(file->fileName()), file->errorString());
+        // The cut-off file vanishes, so the check finds what is true then: nothing stands there.
+        const QString reason = file->errorString();
+        file.reset();
+        noteWriteFailure(QFileInfo(path + u".XXXXXX"_s), reason);
         return nullptr;
     }
     file->close();

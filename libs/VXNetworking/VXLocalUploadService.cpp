@@ -95,17 +95,16 @@ QString storedName(const QString& theFileName)
 }
 
 /// Replaces the file as a whole or leaves it alone. Failures are the business of those who get
-/// filesUploaded().
+/// filesUploaded(); here they are only logged.
 void save(const QString& thePath, const QByteArray& theData)
 {
     QSaveFile file(thePath);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
-    // On a full disk the write is short, but a commit would succeed all the same.
-    if (file.write(theData) == theData.size())
-        file.commit();
-    else
-        file.cancelWriting();
+    // A full disk shows by the flush or not at all: a commit would succeed with what found room.
+    const bool isWritten = file.open(QIODevice::WriteOnly) &&
+                           file.write(theData) == theData.size() && file.flush() && file.commit();
+    if (!isWritten)
+        qWarning().noquote() << u"Writing the file \"%1\" failed: %2"_s.arg(thePath,
+                                                                            file.errorString());
 }
 
 } // namespace

@@ -1,9 +1,10 @@
 #include "VXNetworkingResult.h"
 
+#include "VXWholeFile.h"
+
 #include <VXCore/VXPlatformIndependent.h>
 
 #include <QtCore/QDebug>
-#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QTextStream>
 
@@ -70,13 +71,11 @@ void VXNetworkingResult::saveContentToFile(const QFileInfo& theFile)
 
 bool VXNetworkingResult::writeContent(const QString& thePath) const
 {
-    QFile file(thePath);
-    if (!file.open(QFile::WriteOnly | QFile::Truncate))
-        return false;
-
-    QTextStream stream(&file); // UTF-8, whatever the answer's own encoding was
+    QByteArray bytes;
+    QTextStream stream(&bytes); // UTF-8, whatever the answer's own encoding was
     stream << uR"(<?xml version="1.0" encoding="UTF-8"?>)"_s << '\n';
     contentNode().save(stream, 1);
-    stream.flush(); // the file too; a full disk shows only here
-    return stream.status() == QTextStream::Ok;
+    stream.flush();
+    QString reason;
+    return VXWholeFile::write(thePath, bytes, reason);
 }
