@@ -88,11 +88,13 @@ private:
 };
 
 /// Qt takes a connection that ends within the body for the end of the body, more often than not.
+/// Beside chunks a length means nothing (RFC 9112, 6.3).
 bool isCutOff(const QNetworkReply& theReply, int theStatus, qsizetype theBodySize)
 {
     const QByteArray announced = theReply.rawHeader("Content-Length");
     const bool hasBody = theReply.operation() != QNetworkAccessManager::HeadOperation &&
-                         theStatus >= 200 && theStatus != 204 && theStatus != 304;
+                         theStatus >= 200 && theStatus != 204 && theStatus != 304 &&
+                         !theReply.hasRawHeader("Transfer-Encoding");
     return hasBody && theReply.error() == QNetworkReply::NoError &&
            theBodySize < announced.toLongLong();
 }
