@@ -25,15 +25,38 @@ qsizetype bodySize(const VXRawRequest& theRequest)
     return theRequest.header("Content-Length").toLongLong();
 }
 
+/// The family's loopback address with port 0; returns its size.
+socklen_t loopback(VXRawPeer::Family theFamily, sockaddr_storage& theAddress)
+{
+    if (theFamily == VXRawPeer::Family::IPv4) {
+        auto& address = reinterpret_cast<sockaddr_in&>(theAddress);
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        return sizeof address;
+    }
+    auto& address = reinterpret_cast<sockaddr_in6&>(theAddress);
+    address.sin6_family = AF_INET6;
+    address.sin6_addr = in6addr_loopback;
+    return sizeof address;
+}
+
+quint16 portOf(const sockaddr_storage& theAddress)
+{
+    if (theAddress.ss_family == AF_INET)
+        return ntohs(reinterpret_cast<const sockaddr_in&>(theAddress).sin_port);
+    return ntohs(reinterpret_cast<const sockaddr_in6&>(theAddress).sin6_port);
+}
+
 } // namespace
 
-VXRawPeer::VXRawPeer()
-    : VXRawPeer(&VXPeerChannel::plain)
+VXRawPeer::VXRawPeer(Family theFamily)
+    : VXRawPeer(&VXPeerChannel::plain, theFamily)
 {
 }
 
-VXRawPeer::VXRawPeer(ChannelFactory theFactory)
+VXRawPeer::VXRawPeer(ChannelFactory theFactory, Family theFamily)
     : myFactory(std::move(theFactory))
+    , myFamily(theFamily)
     , myAnswers{VXRawAnswer::http(200)}
 {
     listen();
@@ -64,7 +87,9 @@ void VXRawPeer::stop()
 
 QUrl VXRawPeer::url(const QString& thePath) const
 {
-    return QUrl(QStringLiteral("http://127.0.0.1:%1").arg(myPort) + thePath);
+    const QString host =
+        myFamily == Family::IPv4 ? QStringLiteral("127.0.0.1") : QStringLiteral("[::1]");
+    return QUrl(QStringLiteral("http://%1:%2").arg(host).arg(myPort) + thePath);
 }
 
 void VXRawPeer::setAnswers(const QList<VXRawAnswer>& theAnswers)
@@ -78,6 +103,12 @@ void VXRawPeer::setHandler(Handler theHandler)
 {
     const std::lock_guard lock(myMutex);
     myHandler = std::move(theHandler);
+}
+
+void VXRawPeer::setBodyLimit(BodyLimit theLimit)
+{
+    const std::lock_guard lock(myMutex);
+    myBodyLimit = std::move(theLimit);
 }
 
 QList<VXRawRequest> VXRawPeer::requests() const
@@ -100,16 +131,14 @@ bool VXRawPeer::waitForRequests(int theCount, std::chrono::milliseconds theTime)
 
 void VXRawPeer::listen()
 {
-    myListener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
+    sockaddr_storage address{};
+    socklen_t size = loopback(myFamily, address);
     auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    myListener = ::socket(address.ss_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (myListener < 0 || ::bind(myListener, generic, size) != 0 || ::listen(myListener, 64) != 0 ||
         ::getsockname(myListener, generic, &size) != 0)
         qFatal("the test peer cannot listen: %s", std::strerror(errno));
-    myPort = ntohs(address.sin_port);
+    myPort = portOf(address);
 }
 
 void VXRawPeer::acceptLoop()
@@ -163,7 +192,7 @@ bool VXRawPeer::readRequest(VXPeerChannel& theChannel, QByteArray& theBuffer,
     theRequest.head = theBuffer.left(end);
     theBuffer.remove(0, end + 4);
 
-    const qsizetype size = bodySize(theRequest);
+    const qsizetype size = wantedBody(theRequest);
     while (theBuffer.size() < size) {
         if (!readMore(theChannel, theBuffer, theRequest.connection))
             return false;
@@ -187,6 +216,15 @@ bool VXRawPeer::readMore(VXPeerChannel& theChannel, QByteArray& theBuffer, int t
         return true;
     }
     return false;
+}
+
+qsizetype VXRawPeer::wantedBody(const VXRawRequest& theRequest) const
+{
+    std::unique_lock lock(myMutex);
+    const BodyLimit limit = myBodyLimit;
+    lock.unlock();
+    const qsizetype size = bodySize(theRequest);
+    return limit ? qMin(size, limit(theRequest)) : size;
 }
 
 VXRawAnswer VXRawPeer::nextAnswer(const VXRawRequest& theRequest)

@@ -16,7 +16,7 @@
 #include <thread>
 #include <vector>
 
-/// An HTTP server on 127.0.0.1 that records every byte and answers from a script.
+/// An HTTP server on the loopback that records every byte and answers from a script.
 ///
 /// It runs in threads of its own, so a test can talk to it with calls that block. The system
 /// chooses the port. Every operation may be called from any thread.
@@ -26,15 +26,22 @@ class VXRawPeer
 
 public:
     using Handler = std::function<VXRawAnswer(const VXRawRequest&)>;
+    /// How many bytes of a request's body to read before its answer begins.
+    using BodyLimit = std::function<qsizetype(const VXRawRequest&)>;
+    enum class Family
+    {
+        IPv4, // 127.0.0.1
+        IPv6, // ::1
+    };
     using ChannelFactory = std::function<std::unique_ptr<VXPeerChannel>(int theDescriptor)>;
 
     /// Listens at once. Every request is answered with 200 and no body until told otherwise.
-    VXRawPeer();
+    explicit VXRawPeer(Family theFamily = Family::IPv4);
     /// Ends every connection and waits for the threads.
     virtual ~VXRawPeer();
 
     [[nodiscard]] quint16 port() const { return myPort; }
-    /// "http://127.0.0.1:port" + thePath, which begins with a slash.
+    /// "http://127.0.0.1:port" or "http://[::1]:port" + thePath, which begins with a slash.
     [[nodiscard]] virtual QUrl url(const QString& thePath = QStringLiteral("/")) const;
 
     /// Answers one request each, in order; the last one serves every further request.
@@ -42,6 +49,9 @@ public:
     void setAnswer(const VXRawAnswer& theAnswer) { setAnswers({theAnswer}); }
     /// Asks the handler, which runs in the connection's thread, for each answer instead.
     void setHandler(Handler theHandler);
+    /// The whole body when never called. What is left unread ends with the connection, so an
+    /// answer to such a request must end with close(), reset() or stall().
+    void setBodyLimit(BodyLimit theLimit);
 
     /// The requests so far. A request counts before its answer begins.
     [[nodiscard]] QList<VXRawRequest> requests() const;
@@ -52,7 +62,7 @@ public:
                          std::chrono::milliseconds theTime = std::chrono::seconds(10)) const;
 
 protected:
-    explicit VXRawPeer(ChannelFactory theFactory);
+    explicit VXRawPeer(ChannelFactory theFactory, Family theFamily = Family::IPv4);
     /// For destructors of derived classes whose members the connection threads use.
     void stop();
 
@@ -62,11 +72,13 @@ private:
     void serve(int theDescriptor, int theConnection);
     bool readRequest(VXPeerChannel& theChannel, QByteArray& theBuffer, VXRawRequest& theRequest);
     bool readMore(VXPeerChannel& theChannel, QByteArray& theBuffer, int theConnection);
+    qsizetype wantedBody(const VXRawRequest& theRequest) const;
     VXRawAnswer nextAnswer(const VXRawRequest& theRequest);
     bool perform(VXPeerChannel& theChannel, const VXRawAnswer& theAnswer, int theConnection);
     bool sleepFor(std::chrono::milliseconds theDuration);
 
     const ChannelFactory myFactory;
+    const Family myFamily;
     int myListener = -1;
     quint16 myPort = 0;
     std::atomic<bool> myIsStopping = false;
@@ -74,6 +86,7 @@ private:
     mutable std::mutex myMutex; // guards the rest
     mutable std::condition_variable myChange;
     Handler myHandler;
+    BodyLimit myBodyLimit;
     QList<VXRawAnswer> myAnswers;
     QList<VXRawRequest> myRequests;
     QList<QByteArray> myConnections;
