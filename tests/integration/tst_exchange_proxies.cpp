@@ -2,6 +2,7 @@
 #include "VXMicrosocksServer.h"
 #include "VXNginxServer.h"
 #include "VXProbe.h"
+#include "VXSquidServer.h"
 #include "VXTinyproxyServer.h"
 
 #include <VXCore/VXDeploymentConfig.h>
@@ -34,6 +35,8 @@ private Q_SLOTS:
     void theAnswerToThePasswordQuestionDecides();
     void aStoredPasswordNeedsNoQuestion_data();
     void aStoredPasswordNeedsNoQuestion();
+    void aDigestProxyIsAnswered_data();
+    void aDigestProxyIsAnswered();
     void aLocalHostGoesPastTheProxy_data();
     void aLocalHostGoesPastTheProxy();
     void theChoiceDecides_data();
@@ -53,6 +56,7 @@ private:
     std::unique_ptr<VXNginxServer> myOrigin;
     std::unique_ptr<VXTinyproxyServer> myTinyproxy;
     std::unique_ptr<VXMicrosocksServer> myMicrosocks;
+    std::unique_ptr<VXSquidServer> mySquid;
 };
 
 namespace {
@@ -120,12 +124,13 @@ void tst_exchange_proxies::cleanup()
 {
     choose(ProxyChoiceNone);
     for (const VXForeignServer* server : std::initializer_list<const VXForeignServer*>{
-             myTinyproxy.get(), myMicrosocks.get(), myOrigin.get()}) {
+             myTinyproxy.get(), myMicrosocks.get(), mySquid.get(), myOrigin.get()}) {
         if (server)
             server->showOutputOnFailure();
     }
     myTinyproxy.reset();
     myMicrosocks.reset();
+    mySquid.reset();
 }
 
 /// Starts the proxy and, anew, the origin, whose records then begin empty.
@@ -297,6 +302,58 @@ void tst_exchange_proxies::aStoredPasswordNeedsNoQuestion()
     QVERIFY2(outcome.code == 0, qPrintable(outcome.details));
     QCOMPARE(outcome.body, text);
     QVERIFY(matrix.wasAskedAsExpected());
+}
+
+void tst_exchange_proxies::aDigestProxyIsAnswered_data()
+{
+    VXExchangeMatrix::addColumns();
+    QTest::addColumn<bool>("isTls");
+    QTest::addColumn<QStringList>("passwords"); // in order; empty = cancelled
+    QTest::addColumn<int>("code");
+
+    const QString right = u"geheim"_s;
+    const QString wrong = u"falsch"_s;
+    const auto add = [](const char* name, bool isTls, const QStringList& passwords, int code) {
+        VXExchangeMatrix::addThreadRows(name, true, isTls, passwords, code);
+    };
+    add("http, right", false, {right}, 0);
+    add("http, right at the third try", false, {wrong, u"auch falsch"_s, right}, 0);
+    add("http, wrong, then cancelled", false, {wrong, QString()}, 3605);
+    add("http, cancelled", false, {QString()}, 3605);
+    add("https, right", true, {right}, 0);
+    add("https, right at the third try", true, {wrong, u"auch falsch"_s, right}, 0);
+    add("https, wrong, then cancelled", true, {wrong, QString()}, 3605);
+    add("https, cancelled", true, {QString()}, 3605);
+}
+
+void tst_exchange_proxies::aDigestProxyIsAnswered()
+{
+    QFETCH(bool, isTls);
+    QFETCH(QStringList, passwords);
+    QFETCH(int, code);
+    VXExchangeMatrix matrix;
+    QList<Credentials> answers;
+    for (const QString& password : passwords)
+        answers << Credentials{password.isEmpty() ? QString() : u"karin"_s, password};
+    matrix.setAnswers(answers);
+    mySquid = std::make_unique<VXSquidServer>();
+    QVERIFY(start(*mySquid));
+    choose(ProxyChoiceManual, QNetworkProxy::HttpProxy, mySquid->port());
+
+    const Outcome outcome = matrix.run([&] { return get(originUrl(isTls)); });
+    QVERIFY2(outcome.code == code, qPrintable(outcome.details));
+    QCOMPARE(outcome.body == text, code == 0);
+    // As many questions as answers, and each in the GUI thread.
+    QCOMPARE(matrix.questions().size(), passwords.size());
+    for (const VXScriptedUser::Question& question : matrix.questions()) {
+        QCOMPARE(question.kind, VXScriptedUser::Kind::ProxyPassword);
+        QVERIFY(question.wasAskedInGuiThread);
+    }
+    QCOMPARE(myOrigin->records().size() > 0, code == 0);
+    QTRY_VERIFY(mySquid->accessLog().contains(isTls ? "CONNECT origin.test" : "GET http://origin"));
+    // The password went out as a hash: the proxy knows the user by it.
+    if (code == 0)
+        QTRY_VERIFY(mySquid->accessLog().contains(" karin "));
 }
 
 void tst_exchange_proxies::aLocalHostGoesPastTheProxy_data()
