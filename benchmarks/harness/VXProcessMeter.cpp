@@ -1,33 +1,19 @@
 #include "VXProcessMeter.h"
 
-#include <QtCore/QByteArray>
-#include <QtCore/QFile>
+#include "VXProcessMemory.h"
 
 #include <algorithm>
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A line of /proc/self/status that counts kB, in bytes; see proc(5).
-qint64 statusBytes(const QByteArray& theName)
+double cpuSeconds()
 {
-    QFile file(u"/proc/self/status"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        if (line.startsWith(theName + ':'))
-            return line.mid(theName.size() + 1).trimmed().split(' ').first().toLongLong() * 1024;
-    }
-    return 0;
-}
-
-/// Lets VmHWM start again from the memory in use, see clear_refs in proc(5).
-void resetPeak()
-{
-    QFile file(u"/proc/self/clear_refs"_s);
-    if (file.open(QIODevice::WriteOnly))
-        file.write("5");
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
 }
 
 } // namespace
@@ -43,8 +29,9 @@ VXProcessMeter::~VXProcessMeter() = default;
 
 void VXProcessMeter::begin()
 {
-    resetPeak();
-    myStartBytes = statusBytes("VmRSS");
+    VXProcessMemory::resetPeak();
+    myStartBytes = VXProcessMemory::resident();
+    myStartSeconds = cpuSeconds();
     myLongestGap = 0;
     myLastTick.start();
     myTimer.start();
@@ -54,7 +41,8 @@ QJsonObject VXProcessMeter::end()
 {
     tick();
     myTimer.stop();
-    return {{u"memoryBytes"_s, statusBytes("VmHWM") - myStartBytes},
+    return {{u"cpuSeconds"_s, cpuSeconds() - myStartSeconds},
+            {u"memoryBytes"_s, VXProcessMemory::peak() - myStartBytes},
             {u"blockMs"_s, static_cast<double>(myLongestGap) / 1e6}};
 }
 

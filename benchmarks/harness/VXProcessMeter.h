@@ -18,7 +18,7 @@ public:
     void begin();
 
     /// "memoryBytes": peak resident memory above that of begin(); "blockMs": the longest time
-    /// between two ticks of a timer of 1 ms.
+    /// between two ticks of a timer of 1 ms; "cpuSeconds": processor time of all threads.
     [[nodiscard]] QJsonObject end();
 
 private:
@@ -28,4 +28,5 @@ private:
     QElapsedTimer myLastTick;
     qint64 myLongestGap = 0; // nanoseconds
     qint64 myStartBytes = 0;
+    double myStartSeconds = 0; // of processor time
 };

@@ -40,6 +40,7 @@ bool VXUploadPhone::introduceTo(const QUrl& theUrl)
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the interface of sockets
     if (::connect(mySocket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         return false;
+    myPuts = theUrl.path() == QLatin1StringView("/put");
     myCookie = theUrl.query(QUrl::FullyEncoded).toLatin1();
     return write("GET /translations.json?" + myCookie + " HTTP/1.1\r\nHost: server\r\n\r\n") &&
            readAnswer();
@@ -47,8 +48,9 @@ bool VXUploadPhone::introduceTo(const QUrl& theUrl)
 
 bool VXUploadPhone::send(const QByteArray& theName, const QByteArray& thePhoto)
 {
-    return write("POST /upload?file=" + theName + " HTTP/1.1\r\nHost: server\r\nCookie: sid=" +
-                 myCookie + "\r\nContent-Type: application/octet-stream\r\nContent-Length: " +
+    const QByteArray target = myPuts ? "PUT /upload/" : "POST /upload?file=";
+    return write(target + theName + " HTTP/1.1\r\nHost: server\r\nCookie: sid=" + myCookie +
+                 "\r\nContent-Type: application/octet-stream\r\nContent-Length: " +
                  QByteArray::number(thePhoto.size()) + "\r\n\r\n") &&
            write(thePhoto) && readAnswer();
 }
@@ -78,5 +80,5 @@ bool VXUploadPhone::readAnswer() const
         answer.append(buffer.data(), count);
         expected = answerSize(answer);
     }
-    return answer.startsWith("HTTP/1.1 200 ");
+    return answer.startsWith("HTTP/1.1 200 ") || answer.startsWith("HTTP/1.1 201 ");
 }

@@ -13,10 +13,11 @@ public:
     VXUploadPhone() = default;
     ~VXUploadPhone();
 
-    /// Connects and redeems the token of theUrl. False when nobody answers with status 200.
+    /// Connects and redeems the token of theUrl; photos go to /upload?file=NAME, or, when its path
+    /// is "/put", by PUT to /upload/NAME. False when nobody answers with status 200.
     bool introduceTo(const QUrl& theUrl);
 
-    /// Sends one photo and waits for the answer. False unless that is status 200.
+    /// Sends one photo and waits for the answer. False unless that is status 200 or 201.
     bool send(const QByteArray& theName, const QByteArray& thePhoto);
 
 private:
@@ -25,4 +26,5 @@ private:
 
     int mySocket = -1;
     QByteArray myCookie;
+    bool myPuts = false;
 };

@@ -1,0 +1,8 @@
+#include "VXBenchAsker.h"
+
+#include <QtCore/QUrl>
+#include <QtNetwork/QAuthenticator>
+
+VXBenchAsker::VXBenchAsker() = default;
+
+VXBenchAsker::~VXBenchAsker() = default;
