@@ -30,9 +30,9 @@ bool VXBenchGoal::isReachedBy(double theValue, double theSlack) const
     switch (myKind) {
     case Kind::Reported:
         return true;
-    case Kind::AtMost:
+    case Kind::NoMoreThan:
         return theValue <= myLimit * theSlack; // false for NaN
-    case Kind::AtLeast:
+    case Kind::NoLessThan:
         return theValue >= myLimit / theSlack;
     }
     return false;
@@ -42,6 +42,6 @@ QString VXBenchGoal::text() const
 {
     if (myKind == Kind::Reported)
         return {};
-    return u"%1 %2 %3"_s.arg(name(myFigure), myKind == Kind::AtMost ? "<="_L1 : ">="_L1,
+    return u"%1 %2 %3"_s.arg(name(myFigure), myKind == Kind::NoMoreThan ? "<="_L1 : ">="_L1,
                              QString::number(myLimit));
 }

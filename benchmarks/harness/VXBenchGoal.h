@@ -9,8 +9,8 @@ public:
     enum class Kind
     {
         Reported, // no goal: context only
-        AtMost,
-        AtLeast
+        NoMoreThan,
+        NoLessThan
     };
     /// Which figure of a row is judged: of the ratios to the yardstick, or of our own values.
     enum class Figure
@@ -23,14 +23,15 @@ public:
     };
 
     VXBenchGoal() = default;
-    [[nodiscard]] static VXBenchGoal atMost(double theLimit, Figure theFigure = Figure::RatioMedian)
+    [[nodiscard]] static VXBenchGoal noMoreThan(double theLimit,
+                                                Figure theFigure = Figure::RatioMedian)
     {
-        return VXBenchGoal(Kind::AtMost, theLimit, theFigure);
+        return VXBenchGoal(Kind::NoMoreThan, theLimit, theFigure);
     }
-    [[nodiscard]] static VXBenchGoal atLeast(double theLimit,
-                                             Figure theFigure = Figure::RatioMedian)
+    [[nodiscard]] static VXBenchGoal noLessThan(double theLimit,
+                                                Figure theFigure = Figure::RatioMedian)
     {
-        return VXBenchGoal(Kind::AtLeast, theLimit, theFigure);
+        return VXBenchGoal(Kind::NoLessThan, theLimit, theFigure);
     }
 
     [[nodiscard]] Kind kind() const noexcept { return myKind; }

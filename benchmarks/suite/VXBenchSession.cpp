@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <ctime>
 
+#include <malloc.h>
 #include <sched.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -24,7 +26,13 @@ double cpuSeconds()
 {
     timespec now{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+    rusage children{}; // programs that have ended, curl for one
+    getrusage(RUSAGE_CHILDREN, &children);
+    const auto seconds = [](const timeval& theTime) {
+        return static_cast<double>(theTime.tv_sec) + static_cast<double>(theTime.tv_usec) / 1e6;
+    };
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9 +
+           seconds(children.ru_utime) + seconds(children.ru_stime);
 }
 
 template <typename Samples, typename Field>
@@ -79,6 +87,8 @@ QString VXBenchSession::filePath(const QString& theName) const
 VXBenchSession::Sample VXBenchSession::measure(const VXBenchComparison& theComparison,
                                                const VXBenchComparison::Task& theTask)
 {
+    if (theComparison.bytes > 0)
+        malloc_trim(0); // what the round before left in the heap would hide what this one needs
     VXProcessMemory::resetPeak();
     const qint64 before = VXProcessMemory::resident();
     Sample sample;

@@ -108,7 +108,7 @@ void addFall(VXBenchSession& theSession, const VXBenchTimes& theFour, const VXBe
                              .yardstick = u"the library with 4"_s,
                              .ours = many,
                              .theirs = few,
-                             .goal = VXBenchGoal::atLeast(0.9),
+                             .goal = VXBenchGoal::noLessThan(0.9),
                              .note = {}});
 }
 
@@ -182,8 +182,8 @@ void benchGet(VXBenchSession& theSession)
              .theirs = repeated(callsOfARound, [&] { return raw.get(url) == expected; }),
              .check = {},
              .calls = callsOfARound,
-             .timeGoal = VXBenchGoal::atMost(1.15),
-             .cpuGoal = VXBenchGoal::atMost(1.15),
+             .timeGoal = VXBenchGoal::noMoreThan(1.15),
+             .cpuGoal = VXBenchGoal::noMoreThan(1.15),
              .memoryGoal = {}});
     }
 }
@@ -215,8 +215,8 @@ void benchPost(VXBenchSession& theSession)
                             }),
          .check = {},
          .calls = callsOfARound,
-         .timeGoal = VXBenchGoal::atMost(1.18),
-         .cpuGoal = VXBenchGoal::atMost(1.18),
+         .timeGoal = VXBenchGoal::noMoreThan(1.18),
+         .cpuGoal = VXBenchGoal::noMoreThan(1.18),
          .memoryGoal = {}});
 }
 
@@ -236,8 +236,8 @@ void benchFreshThread(VXBenchSession& theSession)
              .theirs = repeated(threads, [&theirs] { return inFreshThread(theirs); }),
              .check = {},
              .calls = threads,
-             .timeGoal = VXBenchGoal::atMost(1.10),
-             .cpuGoal = VXBenchGoal::atMost(1.10),
+             .timeGoal = VXBenchGoal::noMoreThan(1.10),
+             .cpuGoal = VXBenchGoal::noMoreThan(1.10),
              .memoryGoal = {}});
     }
 }
@@ -266,7 +266,7 @@ void benchThreads(VXBenchSession& theSession)
              .check = {},
              .calls = threads * requests,
              .metric = Metric::CallsPerSecond,
-             .timeGoal = VXBenchGoal::atLeast(0.9),
+             .timeGoal = VXBenchGoal::noLessThan(0.9),
              .cpuGoal = {},
              .memoryGoal = {}});
         if (threads == 4)
@@ -289,8 +289,8 @@ void benchNotFound(VXBenchSession& theSession)
          .theirs = repeated(callsOfARound, [&] { return raw.get(url) == expected; }),
          .check = {},
          .calls = callsOfARound,
-         .timeGoal = VXBenchGoal::atMost(1.5),
-         .cpuGoal = VXBenchGoal::atMost(1.5),
+         .timeGoal = VXBenchGoal::noMoreThan(1.5),
+         .cpuGoal = VXBenchGoal::noMoreThan(1.5),
          .memoryGoal = {}});
 }
 

@@ -5,12 +5,13 @@
 #include <VXNetworking/VXLocalUploadService.h>
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtHttpServer/QHttpServer>
+
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 
@@ -91,8 +92,15 @@ void addGrowth(VXBenchSession& theSession, const QString& theWorkload,
                              .yardstick = u"linear"_s,
                              .ours = theLarge,
                              .theirs = tenfold,
-                             .goal = VXBenchGoal::atMost(1.1),
+                             .goal = VXBenchGoal::noMoreThan(1.1),
                              .note = {}});
+}
+
+qint64 cpuNanoseconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<qint64>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
 }
 
 /// A service with many admitted phones, all at one address, and how long it takes to find the
@@ -120,7 +128,7 @@ public:
         }
     }
 
-    /// Nanoseconds of one look-up; below 0 when the token was not accepted.
+    /// Nanoseconds of processor time of one look-up; below 0 when the token was not accepted.
     double measure()
     {
         myMayRepeat = true;
@@ -133,11 +141,10 @@ private:
         constexpr int calls = 1000;
         const int count = myMayRepeat ? calls : 1;
         bool isAccepted = true;
-        QElapsedTimer timer;
-        timer.start();
+        const qint64 start = cpuNanoseconds();
         for (int i = 0; i < count; ++i)
             isAccepted = !myService.validToken(theRequest).isEmpty() && isAccepted;
-        return QString::number(isAccepted ? static_cast<double>(timer.nsecsElapsed()) / count
+        return QString::number(isAccepted ? static_cast<double>(cpuNanoseconds() - start) / count
                                           : -1.0);
     }
 
@@ -164,7 +171,7 @@ void benchTokens(VXBenchSession& theSession)
         }
         theSession.report().add({.id = u"B21"_s,
                                  .workload = u"validToken, %1 sessions"_s.arg(sessions),
-                                 .metric = u"wall time of a call"_s,
+                                 .metric = u"CPU time of a call"_s,
                                  .unit = u"ns"_s,
                                  .yardstick = {},
                                  .ours = times[sessions],
@@ -181,14 +188,14 @@ void benchProxy(VXBenchSession& theSession)
 {
     const QHash<QString, Times> times =
         runMicro(theSession, u"B13"_s, u"^query(None|Own|System|Qt)/"_s);
-    const VXBenchGoal microsecond = VXBenchGoal::atMost(1000, Figure::Median);
+    const VXBenchGoal microsecond = VXBenchGoal::noMoreThan(1000, Figure::Median);
     for (const QString& threads : {u"1"_s, u"8"_s}) {
         const QString tail = u"/real_time/threads:"_s + threads;
         for (const Line& line :
              {Line{u"queryProxy: none"_s, u"queryNone"_s + tail, {}, microsecond},
               Line{u"queryProxy: own"_s, u"queryOwn"_s + tail, {}, microsecond},
               Line{u"queryProxy: system"_s, u"querySystem"_s + tail, u"queryQt"_s + tail,
-                   VXBenchGoal::atMost(1.05)}}) {
+                   VXBenchGoal::noMoreThan(1.05)}}) {
             Line shown = line;
             shown.workload += u", %1 threads"_s.arg(threads);
             addLine(theSession, u"B13"_s, shown, times);
@@ -199,7 +206,7 @@ void benchProxy(VXBenchSession& theSession)
 void benchMessages(VXBenchSession& theSession)
 {
     const QHash<QString, Times> times = runMicro(theSession, u"B14"_s, u"^errorMessage/"_s);
-    const VXBenchGoal microsecond = VXBenchGoal::atMost(1000, Figure::Median);
+    const VXBenchGoal microsecond = VXBenchGoal::noMoreThan(1000, Figure::Median);
     for (const QString& threads : {u"1"_s, u"8"_s})
         addLine(theSession, u"B14"_s,
                 {u"errorMessage() of every code, %1 threads"_s.arg(threads),
@@ -213,7 +220,7 @@ void benchMessages(VXBenchSession& theSession)
         const QByteArray output = theSession.run(u"B14"_s, QCoreApplication::applicationFilePath(),
                                                  {u"child"_s, u"first-message"_s});
         if (i >= 0)
-            fills.append(output.toDouble() / 1e6);
+            fills.append(output.split(' ').value(0).toDouble() / 1e6);
     }
     theSession.report().add({.id = u"B14"_s,
                              .workload = u"first message of the process"_s,
@@ -222,7 +229,7 @@ void benchMessages(VXBenchSession& theSession)
                              .yardstick = {},
                              .ours = fills,
                              .theirs = {},
-                             .goal = VXBenchGoal::atMost(1, Figure::Median),
+                             .goal = VXBenchGoal::noMoreThan(1, Figure::Median),
                              .note = {}});
 }
 
@@ -240,8 +247,8 @@ void benchTables(VXBenchSession& theSession)
         const QString pattern = name + u"/%1/real_time"_s;
         for (const QString& count : {u"10"_s, u"100"_s, u"1000"_s})
             addLine(theSession, u"B21"_s, {workload.arg(count), pattern.arg(count), {}, {}}, times);
-        addGrowth(theSession, workload.arg(1000), times.value(pattern.arg(100)).wall,
-                  times.value(pattern.arg(1000)).wall);
+        addGrowth(theSession, workload.arg(1000), times.value(pattern.arg(100)).cpu,
+                  times.value(pattern.arg(1000)).cpu);
     }
     benchTokens(theSession);
 }

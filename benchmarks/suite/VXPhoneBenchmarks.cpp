@@ -85,7 +85,7 @@ void benchPhones(VXBenchSession& theSession)
     const auto block = &VXUploadLoadResult::blockMs;
     addRow(theSession,
            row(u"throughput"_s, u"MB/s"_s, bareRoute, values(service, speed), values(bare, speed),
-               VXBenchGoal::atLeast(0.95)),
+               VXBenchGoal::noLessThan(0.95)),
            load);
     addRow(theSession,
            row(u"throughput"_s, u"MB/s"_s, u"nginx PUT"_s, values(service, speed),
@@ -95,16 +95,16 @@ void benchPhones(VXBenchSession& theSession)
            row(u"CPU time of the server"_s, u"s"_s, bareRoute, values(service, cpu),
                values(bare, cpu), {}),
            load);
-    const auto inFlight = static_cast<double>(load.phones * load.bytes);
+    const auto bodies = static_cast<double>(load.phones * load.bytes);
     const auto shares = [&](const Results& theResults) {
         QList<double> list = values(theResults, memory);
         for (double& value : list)
-            value /= inFlight;
+            value /= bodies;
         return list;
     };
     addRow(theSession,
            row(u"growth of memory by bodies in flight"_s, u"x"_s, bareRoute, shares(service),
-               shares(bare), VXBenchGoal::atMost(2.2, Figure::Median)),
+               shares(bare), VXBenchGoal::noMoreThan(2.2, Figure::Median)),
            load);
     QList<double> beyond;
     for (qsizetype i = 0; i < service.size(); ++i)
@@ -115,6 +115,6 @@ void benchPhones(VXBenchSession& theSession)
            load);
     addRow(theSession,
            row(u"block beyond the bare route"_s, u"ms"_s, {}, beyond, {},
-               VXBenchGoal::atMost(50, Figure::Median)),
+               VXBenchGoal::noMoreThan(50, Figure::Median)),
            load);
 }

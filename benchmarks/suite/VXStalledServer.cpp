@@ -6,9 +6,9 @@ VXStalledServer::VXStalledServer()
 {
     // Connections stay in the backlog, which therefore holds those of a whole benchmark.
     myServer.setListenBacklogSize(1024);
-    myServer.pauseAccepting();
     if (!myServer.listen(QHostAddress::LocalHost))
         qFatal("no free port: %s", qPrintable(myServer.errorString()));
+    myServer.pauseAccepting(); // not before: Qt 6.4 dereferences what listen() makes
 }
 
 QUrl VXStalledServer::url() const

@@ -17,6 +17,7 @@
 #include <QtNetwork/QSslConfiguration>
 
 #include <cstdio>
+#include <ctime>
 #include <tuple>
 
 using namespace Qt::StringLiterals;
@@ -68,13 +69,23 @@ void readOnly()
         qFatal("this machine has no CA certificates");
 }
 
+qint64 cpuNanoseconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<qint64>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
+}
+
+/// Wall time and the processor time of this process.
 template <typename Work>
 int printNanoseconds(Work theWork)
 {
+    const qint64 cpuBefore = cpuNanoseconds();
     QElapsedTimer timer;
     timer.start();
     theWork();
-    QTextStream(stdout) << timer.nsecsElapsed() << '\n';
+    const qint64 wall = timer.nsecsElapsed();
+    QTextStream(stdout) << wall << ' ' << cpuNanoseconds() - cpuBefore << '\n';
     return 0;
 }
 
@@ -92,11 +103,13 @@ int makeCaList(const QString& theWay)
     return printNanoseconds([manager] { manager->loadSslCertificates(); });
 }
 
-double caListTime(VXBenchSession& theSession, const QString& theWay)
+/// Milliseconds, wall and processor, of a process that makes the list in this way.
+std::pair<double, double> caListTimes(VXBenchSession& theSession, const QString& theWay)
 {
     const QByteArray output = theSession.run(u"B4"_s, QCoreApplication::applicationFilePath(),
                                              {u"child"_s, u"ca-list"_s, theWay});
-    return output.toDouble() / 1e6;
+    const QList<QByteArray> words = output.trimmed().split(' ');
+    return {words.value(0).toDouble() / 1e6, words.value(1).toDouble() / 1e6};
 }
 
 QString pathOfLibrary()
@@ -174,27 +187,32 @@ void addCounts(VXBenchSession& theSession, const QString& theLibrary)
 
 void benchFirstManager(VXBenchSession& theSession)
 {
-    QHash<QString, QList<double>> times;
+    QHash<QString, QList<double>> wall;
+    QHash<QString, QList<double>> cpu;
     for (int i = -1; i < theSession.rounds(); ++i) {
         for (const QString& way : {u"library"_s, u"hand"_s, u"manager"_s, u"read"_s}) {
-            const double time = caListTime(theSession, way);
-            if (i >= 0)
-                times[way].append(time);
+            const auto [wallTime, cpuTime] = caListTimes(theSession, way);
+            if (i < 0)
+                continue;
+            wall[way].append(wallTime);
+            cpu[way].append(cpuTime);
         }
     }
     const auto add = [&](const QString& theWorkload, const QString& theWay, const QString& theOther,
                          const QString& theYardstick, const VXBenchGoal& theGoal) {
-        theSession.report().add({.id = u"B4"_s,
-                                 .workload = theWorkload,
-                                 .metric = u"wall time"_s,
-                                 .unit = u"ms"_s,
-                                 .yardstick = theYardstick,
-                                 .ours = times.value(theWay),
-                                 .theirs = times.value(theOther),
-                                 .goal = theGoal,
-                                 .note = {}});
+        for (const auto& [metric, times] :
+             {std::pair(u"wall time"_s, &wall), {u"CPU time"_s, &cpu}})
+            theSession.report().add({.id = u"B4"_s,
+                                     .workload = theWorkload,
+                                     .metric = metric,
+                                     .unit = u"ms"_s,
+                                     .yardstick = theYardstick,
+                                     .ours = times->value(theWay),
+                                     .theirs = times->value(theOther),
+                                     .goal = theGoal,
+                                     .note = {}});
     };
-    add(u"CA list"_s, u"library"_s, u"hand"_s, u"by hand, pairwise"_s, VXBenchGoal::atMost(1));
+    add(u"CA list"_s, u"library"_s, u"hand"_s, u"by hand, pairwise"_s, VXBenchGoal::noMoreThan(1));
     add(u"CA list"_s, u"library"_s, u"read"_s, u"reading alone"_s, {});
     add(u"very first manager"_s, u"manager"_s, u"hand"_s, u"CA list by hand"_s, {});
 }
@@ -203,7 +221,7 @@ void benchLoad(VXBenchSession& theSession)
 {
     const QString library = pathOfLibrary();
     const QStringList dependencies = foreignDependencies(theSession, library);
-    QList<QList<double>> figures(4);
+    QList<QList<double>> figures(5);
     for (int i = -1; i < theSession.rounds(); ++i) {
         const QByteArray line =
             outputOf(theSession, QCoreApplication::applicationDirPath() + u"/vx-bench-load"_s,
@@ -212,8 +230,10 @@ void benchLoad(VXBenchSession& theSession)
         for (int k = 0; i >= 0 && k < words.size() && k < figures.size(); ++k)
             figures[k].append(words.at(k).toDouble());
     }
-    for (double& nanoseconds : figures[0])
-        nanoseconds /= 1e6;
+    for (QList<double>* const times : {&figures[0], &figures[1]}) {
+        for (double& nanoseconds : *times)
+            nanoseconds /= 1e6;
+    }
 
     const auto add = [&](const QString& theMetric, const QString& theUnit, int theFigure,
                          const VXBenchGoal& theGoal) {
@@ -227,11 +247,13 @@ void benchLoad(VXBenchSession& theSession)
                                  .goal = theGoal,
                                  .note = {}});
     };
-    add(u"wall time"_s, u"ms"_s, 0, VXBenchGoal::atMost(5, Figure::Median));
-    add(u"files opened by initialisers"_s, u"files"_s, 1, VXBenchGoal::atMost(0, Figure::Largest));
-    add(u"regular expressions compiled"_s, u"expressions"_s, 2,
-        VXBenchGoal::atMost(0, Figure::Largest));
-    add(u"memory allocated"_s, u"bytes"_s, 3, {});
+    add(u"wall time"_s, u"ms"_s, 0, VXBenchGoal::noMoreThan(5, Figure::Median));
+    add(u"CPU time"_s, u"ms"_s, 1, VXBenchGoal::noMoreThan(5, Figure::Median));
+    add(u"files opened by initialisers"_s, u"files"_s, 2,
+        VXBenchGoal::noMoreThan(0, Figure::Largest));
+    add(u"regular expressions compiled"_s, u"expressions"_s, 3,
+        VXBenchGoal::noMoreThan(0, Figure::Largest));
+    add(u"memory allocated"_s, u"bytes"_s, 4, {});
     addCounts(theSession, library);
 }
 

@@ -58,10 +58,10 @@ void compareDownload(VXBenchSession& theSession, const Download& theDownload, qs
          .check = theDownload.check,
          .bytes = theSize,
          .metric = Metric::MebibytesPerSecond,
-         .timeGoal = VXBenchGoal::atLeast(0.97),
+         .timeGoal = VXBenchGoal::noLessThan(0.97),
          .cpuGoal = {},
-         .memoryGoal =
-             VXBenchGoal::atMost(megabytes + memoryAllowance, VXBenchGoal::Figure::Percentile95)});
+         .memoryGoal = VXBenchGoal::noMoreThan(megabytes + memoryAllowance,
+                                               VXBenchGoal::Figure::Percentile95)});
 }
 
 QHttpMultiPart* rawMultiPart(const QString& thePath)
@@ -192,7 +192,8 @@ void benchUpload(VXBenchSession& theSession)
          .check = [&] { return holdsPart(stored, payload); },
          .bytes = payload.size(),
          .metric = Metric::MebibytesPerSecond,
-         .timeGoal = VXBenchGoal::atLeast(0.97),
+         .timeGoal = VXBenchGoal::noLessThan(0.97),
          .cpuGoal = {},
-         .memoryGoal = VXBenchGoal::atMost(memoryAllowance, VXBenchGoal::Figure::Percentile95)});
+         .memoryGoal =
+             VXBenchGoal::noMoreThan(memoryAllowance, VXBenchGoal::Figure::Percentile95)});
 }

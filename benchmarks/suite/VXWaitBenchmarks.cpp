@@ -95,8 +95,8 @@ void addLateness(VXBenchSession& theSession, const QUrl& theUrl, int theSeconds)
                                  .goal = theGoal,
                                  .note = {}});
     };
-    add(VXBenchGoal::atLeast(0, Figure::Smallest));
-    add(VXBenchGoal::atMost(20, Figure::Largest));
+    add(VXBenchGoal::noLessThan(0, Figure::Smallest));
+    add(VXBenchGoal::noMoreThan(20, Figure::Largest));
 }
 
 /// Milliseconds from the signal in this thread until exec() of the other has returned.
@@ -186,7 +186,7 @@ void compareQuestions(VXBenchSession& theSession, QObject& theWorker, VXBenchAsk
                  [&] { return inWorker(theWorker, [&] { return theAsk(theBare, questions); }); },
              .check = {},
              .calls = questions,
-             .timeGoal = VXBenchGoal::atMost(1.3),
+             .timeGoal = VXBenchGoal::noMoreThan(1.3),
              .cpuGoal = {},
              .memoryGoal = {}});
     };
@@ -253,7 +253,7 @@ void benchAbort(VXBenchSession& theSession)
                              .yardstick = {},
                              .ours = delays,
                              .theirs = {},
-                             .goal = VXBenchGoal::atMost(10, Figure::Percentile95),
+                             .goal = VXBenchGoal::noMoreThan(10, Figure::Percentile95),
                              .note = {}});
 }
 
@@ -323,6 +323,6 @@ void benchTicker(VXBenchSession& theSession)
                              .yardstick = u"raw Qt"_s,
                              .ours = ours,
                              .theirs = theirs,
-                             .goal = VXBenchGoal::atMost(30, Figure::Percentile95),
+                             .goal = VXBenchGoal::noMoreThan(30, Figure::Percentile95),
                              .note = {}});
 }

@@ -1,11 +1,13 @@
 // What loading the library costs beyond loading Qt. Links neither, so that it can load them in this
 // order: vx-bench-load LIBRARY DEPENDENCY... loads the dependencies first, then measures the
-// library. Prints a line: nanoseconds, files opened, regular expressions compiled, bytes allocated.
+// library. Prints a line: nanoseconds, nanoseconds of processor time, files opened, regular
+// expressions compiled, bytes allocated.
 
 #include <atomic>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
+#include <ctime>
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -20,6 +22,13 @@ template <typename Function>
 Function* next(const char* theName)
 {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, theName));
+}
+
+long long cpuNanoseconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<long long>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
 }
 
 mode_t modeOf(int theFlags, va_list theArguments)
@@ -94,15 +103,17 @@ int main(int theArgumentCount, char* theArguments[])
     openedFiles = 0;
     compiledExpressions = 0;
     const size_t allocated = mallinfo2().uordblks;
+    const long long cpuStart = cpuNanoseconds();
     const Clock::time_point start = Clock::now();
     const bool isLoaded = theArgumentCount > 1 && dlopen(theArguments[1], RTLD_NOW) != nullptr;
     const auto duration = Clock::now() - start;
+    const long long cpu = cpuNanoseconds() - cpuStart;
     if (!isLoaded) {
         std::fprintf(stderr, "%s\n", theArgumentCount > 1 ? dlerror() : "which library?");
         return 1;
     }
-    std::printf("%lld %d %d %zu\n",
-                static_cast<long long>(std::chrono::nanoseconds(duration).count()),
+    std::printf("%lld %lld %d %d %zu\n",
+                static_cast<long long>(std::chrono::nanoseconds(duration).count()), cpu,
                 openedFiles.load(), compiledExpressions.load(), mallinfo2().uordblks - allocated);
     return 0;
 }

@@ -15,7 +15,6 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QSysInfo>
 #include <QtCore/QTextStream>
-#include <QtCore/QThread>
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
@@ -23,6 +22,8 @@
 #include <chrono>
 #include <iostream>
 #include <string>
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -113,7 +114,7 @@ void describeSetting(VXBenchSession& theSession)
     report.setSetting(u"Date"_s, QDateTime::currentDateTime().toString(Qt::ISODate));
     report.setSetting(u"Machine"_s,
                       u"%1 processors, %2, %3, Qt %4"_s.arg(
-                          QString::number(QThread::idealThreadCount()), processorName(),
+                          QString::number(sysconf(_SC_NPROCESSORS_ONLN)), processorName(),
                           QSysInfo::prettyProductName(), QString::fromLatin1(qVersion())));
     report.setSetting(u"Load average at the start"_s, loadAverage());
     report.setSetting(

@@ -52,7 +52,7 @@ private Q_SLOTS:
 
 void tst_VXBenchReport::goalsAreJudgedWithSlack_data()
 {
-    QTest::addColumn<bool>("isAtMost");
+    QTest::addColumn<bool>("isNoMoreThan");
     QTest::addColumn<double>("limit");
     QTest::addColumn<double>("value");
     QTest::addColumn<double>("slack");
@@ -71,31 +71,32 @@ void tst_VXBenchReport::goalsAreJudgedWithSlack_data()
 
 void tst_VXBenchReport::goalsAreJudgedWithSlack()
 {
-    QFETCH(bool, isAtMost);
+    QFETCH(bool, isNoMoreThan);
     QFETCH(double, limit);
     QFETCH(double, value);
     QFETCH(double, slack);
-    const VXBenchGoal goal = isAtMost ? VXBenchGoal::atMost(limit) : VXBenchGoal::atLeast(limit);
+    const VXBenchGoal goal =
+        isNoMoreThan ? VXBenchGoal::noMoreThan(limit) : VXBenchGoal::noLessThan(limit);
     QTEST(goal.isReachedBy(value, slack), "isReached");
 }
 
 void tst_VXBenchReport::whatWasNotMeasuredReachesNoGoal()
 {
     constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
-    QVERIFY(!VXBenchGoal::atMost(1).isReachedBy(nothing, 1.3));
-    QVERIFY(!VXBenchGoal::atLeast(1).isReachedBy(nothing, 1.3));
+    QVERIFY(!VXBenchGoal::noMoreThan(1).isReachedBy(nothing, 1.3));
+    QVERIFY(!VXBenchGoal::noLessThan(1).isReachedBy(nothing, 1.3));
     QVERIFY(VXBenchGoal().isReachedBy(nothing));
 }
 
 void tst_VXBenchReport::goalNamesFigureAndLimit()
 {
     QCOMPARE(VXBenchGoal().text(), u""_s);
-    QCOMPARE(VXBenchGoal::atMost(1.15).text(), u"ratio <= 1.15"_s);
-    QCOMPARE(VXBenchGoal::atLeast(0.9).text(), u"ratio >= 0.9"_s);
-    QCOMPARE(VXBenchGoal::atMost(10, Figure::Percentile95).text(), u"p95 <= 10"_s);
-    QCOMPARE(VXBenchGoal::atMost(1, Figure::Median).text(), u"median <= 1"_s);
-    QCOMPARE(VXBenchGoal::atLeast(0, Figure::Smallest).text(), u"least >= 0"_s);
-    QCOMPARE(VXBenchGoal::atMost(20, Figure::Largest).text(), u"most <= 20"_s);
+    QCOMPARE(VXBenchGoal::noMoreThan(1.15).text(), u"ratio <= 1.15"_s);
+    QCOMPARE(VXBenchGoal::noLessThan(0.9).text(), u"ratio >= 0.9"_s);
+    QCOMPARE(VXBenchGoal::noMoreThan(10, Figure::Percentile95).text(), u"p95 <= 10"_s);
+    QCOMPARE(VXBenchGoal::noMoreThan(1, Figure::Median).text(), u"median <= 1"_s);
+    QCOMPARE(VXBenchGoal::noLessThan(0, Figure::Smallest).text(), u"least >= 0"_s);
+    QCOMPARE(VXBenchGoal::noMoreThan(20, Figure::Largest).text(), u"most <= 20"_s);
 }
 
 void tst_VXBenchReport::rowJudgesTheFigureOfItsGoal_data()
@@ -113,13 +114,13 @@ void tst_VXBenchReport::rowJudgesTheFigureOfItsGoal_data()
 void tst_VXBenchReport::rowJudgesTheFigureOfItsGoal()
 {
     QFETCH(Figure, figure);
-    QTEST(row({1, 3, 8}, {2, 2, 4}, VXBenchGoal::atMost(1, figure)).judged(), "expected");
+    QTEST(row({1, 3, 8}, {2, 2, 4}, VXBenchGoal::noMoreThan(1, figure)).judged(), "expected");
 }
 
 void tst_VXBenchReport::goodReportHasNoComplaint()
 {
     VXBenchReport report;
-    report.add(row({1, 1}, {1, 1}, VXBenchGoal::atMost(1.15)));
+    report.add(row({1, 1}, {1, 1}, VXBenchGoal::noMoreThan(1.15)));
     report.add(row({100}, {1}, VXBenchGoal()));
     QCOMPARE(report.complaints(1), QStringList());
 }
@@ -127,14 +128,14 @@ void tst_VXBenchReport::goodReportHasNoComplaint()
 void tst_VXBenchReport::complaintNamesRowFigureAndGoal()
 {
     VXBenchReport report;
-    report.add(row({3, 3}, {2, 2}, VXBenchGoal::atMost(1.15)));
+    report.add(row({3, 3}, {2, 2}, VXBenchGoal::noMoreThan(1.15)));
     QCOMPARE(report.complaints(1), QStringList{u"B1: GET, wall: 1.5, goal ratio <= 1.15"_s});
 }
 
 void tst_VXBenchReport::slackForgivesASmallMiss()
 {
     VXBenchReport report;
-    report.add(row({1.2}, {1}, VXBenchGoal::atMost(1.1)));
+    report.add(row({1.2}, {1}, VXBenchGoal::noMoreThan(1.1)));
     QCOMPARE(report.complaints(1).size(), 1);
     QCOMPARE(report.complaints(1.15).size(), 0);
 }
@@ -142,7 +143,7 @@ void tst_VXBenchReport::slackForgivesASmallMiss()
 void tst_VXBenchReport::failureIsAComplaintWhateverTheSlack()
 {
     VXBenchReport report;
-    report.add(row({1}, {1}, VXBenchGoal::atMost(1.15)));
+    report.add(row({1}, {1}, VXBenchGoal::noMoreThan(1.15)));
     report.addFailure(u"B2"_s, u"the answers differ"_s);
     QCOMPARE(report.complaints(100), QStringList{u"B2: the answers differ"_s});
 }
@@ -155,7 +156,7 @@ void tst_VXBenchReport::emptyReportIsAComplaint()
 void tst_VXBenchReport::rowWithoutRoundsIsAComplaint()
 {
     VXBenchReport report;
-    report.add(row({}, {}, VXBenchGoal::atMost(1.15)));
+    report.add(row({}, {}, VXBenchGoal::noMoreThan(1.15)));
     QCOMPARE(report.complaints(1.3).size(), 1);
 }
 
@@ -163,7 +164,7 @@ void tst_VXBenchReport::jsonHoldsEveryRound()
 {
     VXBenchReport report;
     report.setSetting(u"rounds"_s, u"2"_s);
-    report.add(row({1, 4}, {1, 2}, VXBenchGoal::atMost(1.15)));
+    report.add(row({1, 4}, {1, 2}, VXBenchGoal::noMoreThan(1.15)));
     report.addFailure(u"B2"_s, u"no answer"_s);
 
     const QJsonObject json = report.json();
@@ -180,8 +181,8 @@ void tst_VXBenchReport::jsonHoldsEveryRound()
 void tst_VXBenchReport::markdownShowsVerdicts()
 {
     VXBenchReport report;
-    report.add(row({1.5}, {1}, VXBenchGoal::atMost(1.15)));
-    report.add(row({1}, {1}, VXBenchGoal::atMost(1.15)));
+    report.add(row({1.5}, {1}, VXBenchGoal::noMoreThan(1.15)));
+    report.add(row({1}, {1}, VXBenchGoal::noMoreThan(1.15)));
     report.addFailure(u"B2"_s, u"no answer"_s);
 
     const QString text = report.markdown();
