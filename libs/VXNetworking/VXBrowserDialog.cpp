@@ -10,6 +10,8 @@
 #include <QtCore/QPointer>
 #include <QtCore/QUrl>
 #include <QtGui/QScreen>
+#include <QtGui/QShortcut>
+#include <QtWebEngineWidgets/QWebEngineView>
 #include <QtWidgets/QFrame>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLineEdit>
@@ -29,6 +31,9 @@ constexpr int pageAreaSpacing = 2;
 constexpr int taskBarHeight = 80; // pixels that a tall dialog leaves free
 constexpr int contentMargin = 20; // pixels, for scroll bars
 constexpr QSize fallbackSize(1024, 768);
+constexpr qreal zoomStep = 0.1;
+constexpr qreal smallestZoom = 0.25; // both limits are the engine's
+constexpr qreal largestZoom = 5;
 
 QToolButton* createToolButton(const QString& theText, QWidget* theParent)
 {
@@ -50,6 +55,7 @@ VXBrowserDialog::VXBrowserDialog(QWidget* theParent, bool thePrintButton, bool t
     initSaveButton(theSaveButton);
     initUrlControls();
     initProgressBar();
+    initZoomKeys();
 }
 
 VXBrowserDialog::~VXBrowserDialog()
@@ -130,6 +136,7 @@ void VXBrowserDialog::initWebView()
 void VXBrowserDialog::initPrintButton(bool theIsVisible)
 {
     VXIconRegistry::setIcon(myPrintButton, u"ico_print"_s);
+    myPrintButton->setShortcut(Qt::CTRL | Qt::Key_P); // works while the button is visible
     myPrintButton->setVisible(theIsVisible);
     connect(myPrintButton, &QToolButton::clicked, this, &VXBrowserDialog::printContent);
 }
@@ -137,6 +144,7 @@ void VXBrowserDialog::initPrintButton(bool theIsVisible)
 void VXBrowserDialog::initSaveButton(bool theIsVisible)
 {
     VXIconRegistry::setIcon(mySaveButton, u"ico_save"_s);
+    mySaveButton->setShortcut(Qt::CTRL | Qt::Key_S);
     mySaveButton->setVisible(theIsVisible);
     connect(mySaveButton, &QToolButton::clicked, this, &VXBrowserDialog::save);
 }
@@ -159,6 +167,28 @@ void VXBrowserDialog::initProgressBar()
     connect(myWebView, &VXWebView::loadStarted, myProgressBar, &QProgressBar::reset);
     connect(myWebView, &VXWebView::loadStarted, myProgressBar, &QWidget::show);
     connect(myWebView, &VXWebView::loadFinished, myProgressBar, &QWidget::hide);
+}
+
+void VXBrowserDialog::initZoomKeys()
+{
+    connect(new QShortcut(Qt::CTRL | Qt::Key_Plus, this), &QShortcut::activated, this,
+            [this] { zoomTo(zoom() + zoomStep); });
+    connect(new QShortcut(Qt::CTRL | Qt::Key_Minus, this), &QShortcut::activated, this,
+            [this] { zoomTo(zoom() - zoomStep); });
+    connect(new QShortcut(Qt::CTRL | Qt::Key_0, this), &QShortcut::activated, this,
+            [this] { zoomTo(1); });
+}
+
+qreal VXBrowserDialog::zoom() const
+{
+    const auto* const page = qobject_cast<QWebEngineView*>(myWebView->nativeWidget());
+    return page ? page->zoomFactor() : 1;
+}
+
+void VXBrowserDialog::zoomTo(qreal theFactor)
+{
+    if (auto* const page = qobject_cast<QWebEngineView*>(myWebView->nativeWidget()))
+        page->setZoomFactor(qBound(smallestZoom, theFactor, largestZoom));
 }
 
 VXWebView* VXBrowserDialog::webView() const

@@ -64,6 +64,9 @@ private:
     void initSaveButton(bool theIsVisible);
     void initUrlControls();
     void initProgressBar();
+    void initZoomKeys();
+    void zoomTo(qreal theFactor);
+    [[nodiscard]] qreal zoom() const;
     void loadingStarted();
     void loadingFinished(bool theIsOk);
     void loadUrl();

@@ -13,11 +13,20 @@
 #include <QtWebEngineCore/QWebEngineProfile>
 #include <QtWebEngineWidgets/QWebEngineView>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr qreal pdfMargin = 20; // points
+
+/// Calls back at most once.
+void answer(std::function<void(QVariant)>& theCallback, const QVariant& theValue)
+{
+    if (const auto callback = std::exchange(theCallback, {}))
+        callback(theValue);
+}
 
 /// A printer that is never destroyed: printing goes on after everybody forgot about it.
 QPrinter* createPrinter()
@@ -54,6 +63,7 @@ void VXQWebEngineWebView::forwardSignals()
     connect(myView, &QWebEngineView::urlChanged, this, &VXWebView::urlChanged);
     connect(myView->page(), &QWebEnginePage::windowCloseRequested, this,
             &VXWebView::windowCloseRequested);
+    connect(myView, &QWebEngineView::loadStarted, this, [this] { myHasRenderProcess = true; });
     connect(myView, &QWebEngineView::renderProcessTerminated, this,
             &VXQWebEngineWebView::recordTermination);
 }
@@ -63,6 +73,8 @@ void VXQWebEngineWebView::recordTermination(
 {
     if (theStatus != QWebEnginePage::NormalTerminationStatus)
         VXCrashDetector::instance()->recordCrashedQtWebEngineProcess(haveGpuEnabled);
+    myHasRenderProcess = false;
+    answerPendingScripts();
 }
 
 QWidget* VXQWebEngineWebView::nativeWidget()
@@ -89,10 +101,26 @@ void VXQWebEngineWebView::runJavaScript(const QString& theScript,
 void VXQWebEngineWebView::runJavascriptAsync(const QString& theScript,
                                              std::function<void(QVariant)> theCallback)
 {
-    if (myView)
-        myView->page()->runJavaScript(theScript, theCallback);
-    else if (theCallback)
-        theCallback({});
+    const auto pending = std::make_shared<Callback>(std::move(theCallback)); // the engine's
+    if (!myView || !myHasRenderProcess) {
+        answer(*pending, {});
+        return;
+    }
+    myPendingCallbacks.removeIf(
+        [](const std::weak_ptr<Callback>& theOther) { return theOther.expired(); });
+    myPendingCallbacks.append(pending);
+    myView->page()->runJavaScript(
+        theScript, [pending](const QVariant& theValue) { answer(*pending, theValue); });
+}
+
+/// The engine itself never answers for a dead process.
+void VXQWebEngineWebView::answerPendingScripts()
+{
+    const auto callbacks = std::exchange(myPendingCallbacks, {});
+    for (const std::weak_ptr<Callback>& callback : callbacks) {
+        if (const auto pending = callback.lock())
+            answer(*pending, {});
+    }
 }
 
 bool VXQWebEngineWebView::handlesURLScheme(const QString& theScheme) const
@@ -125,7 +153,7 @@ void VXQWebEngineWebView::stop() const
 
 QSizeF VXQWebEngineWebView::contentsSize() const
 {
-    return myView ? myView->page()->contentsSize() : QSizeF(0, 0);
+    return myView ? myView->page()->contentsSize() : QSizeF();
 }
 
 void VXQWebEngineWebView::deleteAllCookies()

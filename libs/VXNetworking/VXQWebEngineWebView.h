@@ -2,8 +2,11 @@
 
 #include "VXWebView.h"
 
+#include <QtCore/QList>
 #include <QtCore/QPointer>
 #include <QtWebEngineCore/QWebEnginePage>
+
+#include <memory>
 
 class QWebEngineView;
 
@@ -30,7 +33,8 @@ public:
     void setUrl(const QUrl& theUrl) override;
     void runJavaScript(const QString& theScript, QHash<QString, QVariant>* theResults) override;
 
-    /// Without a widget theCallback gets an invalid value at once.
+    /// theCallback gets an invalid value at once when there is no widget or no render process, and
+    /// when that process ends before it has answered.
     void runJavascriptAsync(const QString& theScript,
                             std::function<void(QVariant)> theCallback) override;
     [[nodiscard]] bool handlesURLScheme(const QString& theScheme) const override;
@@ -45,8 +49,13 @@ public:
     void saveContent(const QString& theFileName) override;
 
 private:
+    using Callback = std::function<void(QVariant)>;
+
     void forwardSignals();
     void recordTermination(QWebEnginePage::RenderProcessTerminationStatus theStatus);
+    void answerPendingScripts();
 
-    QPointer<QWebEngineView> myView; // the widget tree's
+    QPointer<QWebEngineView> myView;                   // the widget tree's
+    bool myHasRenderProcess = true;                    // false from its end to the next load
+    QList<std::weak_ptr<Callback>> myPendingCallbacks; // of runJavascriptAsync(), the engine's
 };

@@ -52,7 +52,8 @@ public:
     [[nodiscard]] virtual QUrl url() const = 0;
     virtual void stop() const = 0;
 
-    /// In device independent pixels; 0 x 0 before a page was shown.
+    /// As the engine reports it: empty before a page was shown, and in pixels of the screen, which
+    /// on a dense screen (Qt 6.4) are more than those of widgets.
     [[nodiscard]] virtual QSizeF contentsSize() const = 0;
 
     /// A channel to talk with the page, which the caller owns.
