@@ -55,7 +55,7 @@ VXBrowserDialog::VXBrowserDialog(QWidget* theParent, bool thePrintButton, bool t
     initSaveButton(theSaveButton);
     initUrlControls();
     initProgressBar();
-    initZoomKeys();
+    initKeys();
 }
 
 VXBrowserDialog::~VXBrowserDialog()
@@ -169,7 +169,7 @@ void VXBrowserDialog::initProgressBar()
     connect(myWebView, &VXWebView::loadFinished, myProgressBar, &QWidget::hide);
 }
 
-void VXBrowserDialog::initZoomKeys()
+void VXBrowserDialog::initKeys()
 {
     connect(new QShortcut(Qt::CTRL | Qt::Key_Plus, this), &QShortcut::activated, this,
             [this] { zoomTo(zoom() + zoomStep); });
@@ -177,6 +177,8 @@ void VXBrowserDialog::initZoomKeys()
             [this] { zoomTo(zoom() - zoomStep); });
     connect(new QShortcut(Qt::CTRL | Qt::Key_0, this), &QShortcut::activated, this,
             [this] { zoomTo(1); });
+    // The engine keeps the key for itself while the page has the focus.
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QDialog::reject);
 }
 
 qreal VXBrowserDialog::zoom() const

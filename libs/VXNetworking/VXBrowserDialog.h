@@ -64,7 +64,7 @@ private:
     void initSaveButton(bool theIsVisible);
     void initUrlControls();
     void initProgressBar();
-    void initZoomKeys();
+    void initKeys();
     void zoomTo(qreal theFactor);
     [[nodiscard]] qreal zoom() const;
     void loadingStarted();

@@ -306,8 +306,9 @@ void tst_VXQWebEngineWebView::aTextHasNoBaseAddress()
 void tst_VXQWebEngineWebView::aHangingLoadIsStopped()
 {
     VXRawPeer peer;
-    VXRawAnswer half;
-    half.send("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 5000\r\n\r\n<p>half")
+    VXRawAnswer half; // enough for the engine to begin with
+    half.send("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 50000\r\n\r\n<p>half" +
+              QByteArray(8000, ' '))
         .stall();
     peer.setAnswer(half);
     VXWebTest::Page page;
