@@ -19,6 +19,7 @@
 #include "VXSampleUploadCommand.h"
 #include "VXSampleUploadDialogCommand.h"
 #include "VXSampleUploadServiceCommand.h"
+#include "VXSampleWebCommand.h"
 
 #include <algorithm>
 #include <array>
@@ -106,6 +107,10 @@ constexpr std::array commands{
                        "Open the web channel, show a page that uses it, and tell what it does."_L1,
                        "channel --page ordersummary"_L1, 0, 0, Application::Widgets,
                        Duration::Service, make<VXSampleChannelCommand>},
+    VXSampleCommandRow{"web"_L1, "URL"_L1,
+                       "Show a page in the browser dialog, run scripts in it, save it."_L1,
+                       "web /echo --script document.title --pdf page.pdf"_L1, 1, 1,
+                       Application::Widgets, Duration::Finite, make<VXSampleWebCommand>},
     VXSampleCommandRow{"tour"_L1, "DIR"_L1,
                        "Do the library's main job against the simulator and check every step."_L1,
                        "tour out"_L1, 1, 1, Application::Widgets, Duration::Finite,
