@@ -80,7 +80,8 @@ bool VXSampleWebCommand::load(VXBrowserDialog& theDialog, const QUrl& theUrl)
     bool isLoaded = false;
     QObject::connect(theDialog.webView(), &VXWebView::loadFinished, &loop, [&](bool theIsOk) {
         isLoaded = theIsOk;
-        loop.quit();
+        // Queued, so that the page is adapted before our scripts run.
+        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });
     theDialog.setUrl(theUrl);
     loop.exec();
