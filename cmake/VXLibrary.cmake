@@ -1,16 +1,27 @@
-# vx_add_library(NAME CLASSES class... [HEADERS header...] [PUBLIC_LINK lib...] [PRIVATE_LINK lib...])
+# vx_add_library(NAME CLASSES class... [HEADERS header...] [PUBLIC_LINK lib...] [PRIVATE_LINK lib...]
+#                [KEEP])
 #
 # A shared library of this project. Every class has one header and one source of its name;
-# HEADERS are public headers without a source. The alias VX::<name without VX> links it.
+# HEADERS are public headers without a source. The alias VX::<name without VX> links it; with KEEP
+# a program has the library even if it uses no symbol of it, as the installed target of that name.
+set(CMAKE_CXX_LINK_LIBRARY_USING_VX_KEEP_SUPPORTED TRUE)
+set(CMAKE_CXX_LINK_LIBRARY_USING_VX_KEEP
+    "LINKER:--push-state,--no-as-needed" "<LINK_ITEM>" "LINKER:--pop-state")
 function(vx_add_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "CLASSES;HEADERS;PUBLIC_LINK;PRIVATE_LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "KEEP" "" "CLASSES;HEADERS;PUBLIC_LINK;PRIVATE_LINK")
     list(TRANSFORM arg_CLASSES APPEND ".cpp" OUTPUT_VARIABLE sources)
     list(TRANSFORM arg_CLASSES APPEND ".h" OUTPUT_VARIABLE headers)
 
     add_library(${name} SHARED)
     string(REGEX REPLACE "^VX" "" short "${name}")
     add_library(VX::${name} ALIAS ${name})
-    add_library(VX::${short} ALIAS ${name})
+    if(NOT arg_KEEP)
+        add_library(VX::${short} ALIAS ${name})
+    else()
+        add_library(${name}Kept INTERFACE)
+        target_link_libraries(${name}Kept INTERFACE "$<LINK_LIBRARY:VX_KEEP,${name}>")
+        add_library(VX::${short} ALIAS ${name}Kept)
+    endif()
 
     target_sources(${name}
         PRIVATE ${sources}

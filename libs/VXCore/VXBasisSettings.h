@@ -3,6 +3,7 @@
 #include "VXCoreExport.h"
 #include "VXSingleton.h"
 
+#include <QtCore/QMutex>
 #include <QtCore/QString>
 
 /// The application's basic settings: where temporary files go, and the developer mode.
@@ -15,13 +16,20 @@ public:
     VXBasisSettings();
     ~VXBasisSettings() override;
 
-    /// The folder for temporary files, absolute, without a slash at its end, the same in each run
-    /// ("Paths/temporaryDirectory" of the deployment). It is made when it is missing, for its owner
-    /// only. Empty, with a warning, when it cannot be made or belongs to somebody else.
+    /// The folder for temporary files, absolute, without a slash at its end and without links in
+    /// its path, the same in each run ("Paths/temporaryDirectory" of the deployment). It is made
+    /// when it is missing, for its owner only. When it cannot be made, is a link, belongs to
+    /// somebody else or lets others write, a folder that this process has for itself takes its
+    /// place, with a warning. Never empty.
     [[nodiscard]] QString temporaryDirectory() const;
     void setTemporaryDirectory(const QString& theFolder);
 
     /// Whether the program shows what only its developers need ("Program/masterMode").
     [[nodiscard]] bool runsInMasterMode() const;
     void setMasterMode(bool theIsOn);
+
+private:
+    mutable QMutex myMutex;          // guards the two below
+    mutable QString myPassingFolder; // empty until it is needed
+    mutable QString myRefusedFolder; // the last one that was warned about
 };

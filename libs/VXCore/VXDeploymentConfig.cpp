@@ -215,9 +215,11 @@ QStringList builtIn(const Row& theRow, const VXDeploymentConfig& theConfig)
     if (theRow.computed)
         return {theRow.computed(theConfig)};
     const QString text = QString::fromLatin1(theRow.builtIn);
-    if (text.isEmpty())
+    const QString folder = VXDeploymentConfig::dataFolder();
+    // Without a data folder a path would be taken from the current one, which anybody may fill.
+    if (text.isEmpty() || (theRow.kind == Kind::Path && folder.isEmpty()))
         return {};
-    return {resolved(theRow.kind, text, VXDeploymentConfig::dataFolder())};
+    return {resolved(theRow.kind, text, folder)};
 }
 
 void warn(const QString& theOrigin, const QString& theKey, const char* theReason)

@@ -13,8 +13,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A name that cannot be made by any asset: no file name may hold a NUL, so this one is reserved.
-constexpr auto refusedName = "/.refused"_L1;
+// Nobody can make a file of such a name: Linux allows 255 bytes.
+QString refusedBelow(const QString& theFolder)
+{
+    return theFolder + "/.refused"_L1 + QString(255, u'-');
+}
 
 QString key(VXDirectoryConfig::Root theRoot)
 {
@@ -41,13 +44,20 @@ bool isPlainSection(const QString& theSection)
     return !theSection.isEmpty() && !theSection.startsWith(u'.');
 }
 
+// Qt reads ":" and "prefix:" at the beginning as the mark of a resource or of a search path. The
+// replacement character stands for bytes that were no text.
+bool isForbidden(QChar theChar)
+{
+    return theChar.category() == QChar::Other_Control || theChar == u'\\' || theChar == u':' ||
+           theChar == QChar::ReplacementCharacter;
+}
+
+// Looks at the text alone; nothing touches the file system before this.
 bool isPlain(const QString& theRelativePath)
 {
-    // Qt reads ":" and "prefix:" at the beginning as the mark of a resource or of a search path.
-    const auto isForbidden = [](QChar theChar) {
-        return theChar.isNull() || theChar == u'\\' || theChar == u':';
-    };
-    return std::ranges::none_of(theRelativePath, isForbidden) &&
+    constexpr qsizetype longestPath = 4096; // PATH_MAX of Linux
+    return theRelativePath.size() < longestPath &&
+           std::ranges::none_of(theRelativePath, isForbidden) &&
            std::ranges::all_of(theRelativePath.split(u'/'), isPlainSection);
 }
 
@@ -73,15 +83,32 @@ QString withoutSlash(const QString& thePath)
     return thePath.startsWith(u'/') ? thePath.sliced(1) : thePath;
 }
 
+// The path itself or the nearest folder above it that is there, down to theFolder. A link without
+// a target is there: its target may come between this look and the next one.
+QString nearestThere(const QString& thePath, const QString& theFolder)
+{
+    QFileInfo there(thePath);
+    while (there.filePath() != theFolder && !there.exists() && !there.isSymLink())
+        there.setFile(there.path());
+    return there.filePath();
+}
+
 // The path of a file below the folder, whether it exists or not.
 QString pathBelow(const QString& theFolder, const QString& thePath)
 {
     const QString relative = withoutSlash(thePath);
+    if (theFolder.isEmpty() || !isPlain(relative))
+        return refusedBelow(theFolder);
+
     QString path = theFolder + u'/' + relative;
-    const bool exists = QFileInfo::exists(path);
-    if (!isPlain(relative) || (exists && assetBelow(theFolder, relative).isEmpty()))
-        return theFolder + refusedName;
-    return path;
+    const QString there = nearestThere(path, theFolder);
+    const QString folder = QFileInfo(theFolder).canonicalFilePath();
+    const bool isInside =
+        there == path ? !assetBelow(theFolder, relative).isEmpty()
+                      : QFileInfo(there).isDir() &&
+                            (QFileInfo(there).canonicalFilePath() + u'/').startsWith(folder + u'/');
+    const bool isMissingAltogether = there == theFolder && folder.isEmpty();
+    return isInside || isMissingAltogether ? path : refusedBelow(theFolder);
 }
 
 QString downloadedStartScreen()
@@ -117,7 +144,7 @@ QString VXDirectoryConfig::qrUploadAsset(const QString& theRelativePath) const
 
 QString VXDirectoryConfig::findBookProposalFile(const QString& theName) const
 {
-    return assetBelow(root(Root::BookProposals), withoutSlash(theName));
+    return pathBelow(root(Root::BookProposals), theName);
 }
 
 QString VXDirectoryConfig::startScreenHtmlPath(const QString& thePath, bool theIsDownloaded) const

@@ -42,15 +42,17 @@ public:
     /// The same for the page that phones show, for example "css/page.css".
     [[nodiscard]] virtual QString qrUploadAsset(const QString& theRelativePath) const;
 
-    /// The same for the book proposals; the name begins with a slash.
-    [[nodiscard]] virtual QString findBookProposalFile(const QString& theName) const;
+    // The three look-ups for pages never give an empty path or that of a folder.
 
     /// The full path of a file of the start screen, also when it is missing; for a path that leads
-    /// out of the folder that of a file that never exists. With theIsDownloaded a copy that the
-    /// user has downloaded wins over the shipped one.
+    /// out of the folder, and for a folder, that of a file that cannot exist. With theIsDownloaded
+    /// a copy that the user has downloaded wins over the shipped one.
     [[nodiscard]] virtual QString startScreenHtmlPath(const QString& thePath,
                                                       bool theIsDownloaded) const;
 
     /// The same for the other pages.
     [[nodiscard]] virtual QString htmlPath(const QString& thePath) const;
+
+    /// The same for the book proposals; the name begins with a slash.
+    [[nodiscard]] virtual QString findBookProposalFile(const QString& theName) const;
 };

@@ -1,6 +1,7 @@
 #include <VXCore/VXBasisSettings.h>
 
 #include "VXCoreProcess.h"
+#include "VXLogCapture.h"
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
@@ -23,6 +24,21 @@ QString folder()
     return VXBasisSettings::instance()->temporaryDirectory();
 }
 
+// With the first warning about theRefused, a folder of this process alone takes its place.
+void verifyThatAnotherTakesItsPlace(const QString& theRefused)
+{
+    VXBasisSettings::instance()->setTemporaryDirectory(theRefused);
+    QTest::ignoreMessage(
+        QtWarningMsg, qPrintable(theRefused + u": no folder of one's own for temporary files"_s));
+    const QFileInfo found(folder());
+    QVERIFY(found.isDir() && found.isAbsolute() && !found.isSymLink());
+    QVERIFY(found.filePath() != theRefused);
+    QVERIFY(found.fileName().startsWith("vx-"_L1));
+    QCOMPARE(found.ownerId(), ::getuid());
+    QCOMPARE(QFile::permissions(found.filePath()) & foreign, QFile::Permissions());
+    QCOMPARE(folder(), found.filePath());
+}
+
 } // namespace
 
 class tst_VXBasisSettings : public QObject
@@ -32,10 +48,15 @@ class tst_VXBasisSettings : public QObject
 private Q_SLOTS:
     void folderIsTheSameInEachRun();
     void folderIsMadeForItsOwnerOnly();
-    void openFolderIsClosedToOthers();
+    void readableFolderIsClosedToOthers();
+    void pathHasNoLinks();
     void linkIsRefused();
     void foreignFolderIsRefused();
+    void folderWhereOthersWriteIsRefused();
+    void folderBelowOneThatOthersMayChangeIsRefused();
     void fileInTheWayIsRefused();
+    void noFolderAtAllIsRefused();
+    void refusedFolderIsWarnedAboutOnce();
     void masterModeIsOffUnlessDeployed();
 };
 
@@ -57,15 +78,25 @@ void tst_VXBasisSettings::folderIsMadeForItsOwnerOnly()
     QCOMPARE(QFile::permissions(folder()) & foreign, QFile::Permissions());
 }
 
-void tst_VXBasisSettings::openFolderIsClosedToOthers()
+void tst_VXBasisSettings::readableFolderIsClosedToOthers()
 {
     const QTemporaryDir parent;
-    const QString path = parent.filePath(u"open"_s);
+    const QString path = parent.filePath(u"readable"_s);
     QVERIFY(QDir().mkdir(path));
-    QVERIFY(QFile::setPermissions(path, QFile::Permissions(0x7777)));
+    QVERIFY(QFile::setPermissions(path, QFile::Permissions(0x7755)));
     VXBasisSettings::instance()->setTemporaryDirectory(path);
     QCOMPARE(folder(), path);
     QCOMPARE(QFile::permissions(path) & foreign, QFile::Permissions());
+}
+
+void tst_VXBasisSettings::pathHasNoLinks()
+{
+    const QTemporaryDir parent;
+    const QString real = QFileInfo(parent.path()).canonicalFilePath() + "/real"_L1;
+    QVERIFY(QDir().mkdir(real));
+    QVERIFY(QFile::link(real, parent.filePath(u"link"_s)));
+    VXBasisSettings::instance()->setTemporaryDirectory(parent.filePath(u"link/temp"_s));
+    QCOMPARE(folder(), real + "/temp"_L1);
 }
 
 void tst_VXBasisSettings::linkIsRefused()
@@ -74,10 +105,7 @@ void tst_VXBasisSettings::linkIsRefused()
     const QTemporaryDir elsewhere;
     const QString path = parent.filePath(u"link"_s);
     QVERIFY(QFile::link(elsewhere.path(), path));
-    VXBasisSettings::instance()->setTemporaryDirectory(path);
-    QTest::ignoreMessage(QtWarningMsg,
-                         qPrintable(path + u": no folder of one's own for temporary files"_s));
-    QCOMPARE(folder(), QString());
+    verifyThatAnotherTakesItsPlace(path);
 }
 
 void tst_VXBasisSettings::foreignFolderIsRefused()
@@ -87,11 +115,25 @@ void tst_VXBasisSettings::foreignFolderIsRefused()
     const QString own = parent.filePath(u"foreign"_s);
     QVERIFY(QDir().mkdir(own));
     const bool isGivenAway = ::chown(QFile::encodeName(own).constData(), 12345, -1u) == 0;
-    const QString path = isGivenAway ? own : u"/etc"_s;
-    VXBasisSettings::instance()->setTemporaryDirectory(path);
-    QTest::ignoreMessage(QtWarningMsg,
-                         qPrintable(path + u": no folder of one's own for temporary files"_s));
-    QCOMPARE(folder(), QString());
+    verifyThatAnotherTakesItsPlace(isGivenAway ? own : u"/etc"_s);
+}
+
+// They may have left links there. It is not closed either: it may be everybody's /tmp.
+void tst_VXBasisSettings::folderWhereOthersWriteIsRefused()
+{
+    const QTemporaryDir parent;
+    const QString path = parent.filePath(u"open"_s);
+    QVERIFY(QDir().mkdir(path));
+    QVERIFY(QFile::setPermissions(path, QFile::Permissions(0x7777)));
+    verifyThatAnotherTakesItsPlace(path);
+    QCOMPARE(QFile::permissions(path) & foreign, foreign);
+}
+
+void tst_VXBasisSettings::folderBelowOneThatOthersMayChangeIsRefused()
+{
+    const QTemporaryDir parent;
+    QVERIFY(QFile::setPermissions(parent.path(), QFile::Permissions(0x7777)));
+    verifyThatAnotherTakesItsPlace(parent.filePath(u"temp"_s));
 }
 
 void tst_VXBasisSettings::fileInTheWayIsRefused()
@@ -99,11 +141,23 @@ void tst_VXBasisSettings::fileInTheWayIsRefused()
     const QTemporaryDir parent;
     QFile file(parent.filePath(u"file"_s));
     QVERIFY(file.open(QFile::WriteOnly));
-    VXBasisSettings::instance()->setTemporaryDirectory(file.fileName());
-    QTest::ignoreMessage(
-        QtWarningMsg,
-        qPrintable(file.fileName() + u": no folder of one's own for temporary files"_s));
-    QCOMPARE(folder(), QString());
+    verifyThatAnotherTakesItsPlace(file.fileName());
+    verifyThatAnotherTakesItsPlace(file.fileName() + "/temp"_L1);
+}
+
+void tst_VXBasisSettings::noFolderAtAllIsRefused()
+{
+    verifyThatAnotherTakesItsPlace(QString());
+}
+
+void tst_VXBasisSettings::refusedFolderIsWarnedAboutOnce()
+{
+    const VXLogCapture log;
+    VXBasisSettings::instance()->setTemporaryDirectory(u"/dev/null/x"_s);
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(!folder().isEmpty());
+    QCOMPARE(log.texts(),
+             QStringList{u"/dev/null/x: no folder of one's own for temporary files"_s});
 }
 
 void tst_VXBasisSettings::masterModeIsOffUnlessDeployed()

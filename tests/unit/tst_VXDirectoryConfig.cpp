@@ -1,5 +1,6 @@
 #include <VXCore/VXDirectoryConfig.h>
 
+#include "VXLogCapture.h"
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
@@ -39,12 +40,21 @@ private Q_SLOTS:
     void pagePathIsGivenForAMissingFileToo();
     void pagePathNeverLeavesTheRoot_data();
     void pagePathNeverLeavesTheRoot();
+    void refusedPathCannotExist();
+    void controlCharactersAreRefusedUnseen_data();
+    void controlCharactersAreRefusedUnseen();
+    void linkWithoutTargetIsRefused();
+    void missingFileBehindALinkIsRefused();
+    void pagesOfAMissingRootDoNotExist();
+    void currentFolderIsNoRoot();
     void downloadedStartScreenWins();
     void relativeRootIsMadeAbsolute();
 
 private:
     void write(const QString& theRelativePath) const;
     [[nodiscard]] QString root() const { return myFolder->filePath(u"root"_s); }
+    // The file that cannot exist: its name has a byte more than Linux allows.
+    [[nodiscard]] QString refused() const { return root() + "/.refused"_L1 + QString(255, u'-'); }
 
     std::unique_ptr<QTemporaryDir> myFolder;
 };
@@ -192,7 +202,8 @@ void tst_VXDirectoryConfig::linkOutOfTheRootIsRefused()
     QVERIFY(QFile::link(u"loop.txt"_s, root() + "/loop.txt"_L1));
     for (const QString& name : {u"absolute.txt"_s, u"relative.txt"_s, u"loop.txt"_s}) {
         QCOMPARE(VXDirectoryConfig::instance()->qrUploadAsset(name), QString());
-        QCOMPARE(VXDirectoryConfig::instance()->findBookProposalFile(u'/' + name), QString());
+        QCOMPARE(VXDirectoryConfig::instance()->findBookProposalFile(u'/' + name), refused());
+        QCOMPARE(VXDirectoryConfig::instance()->htmlPath(u'/' + name), refused());
     }
 }
 
@@ -234,11 +245,10 @@ void tst_VXDirectoryConfig::missingRootHoldsNothing()
 void tst_VXDirectoryConfig::bookProposalBeginsWithASlash()
 {
     const VXDirectoryConfig* config = VXDirectoryConfig::instance();
-    QCOMPARE(config->findBookProposalFile(u"/css/page.css"_s),
-             QFileInfo(root()).canonicalFilePath() + "/css/page.css"_L1);
-    QCOMPARE(config->findBookProposalFile(u"//css/page.css"_s), QString());
-    QCOMPARE(config->findBookProposalFile(u"/../secret.txt"_s), QString());
-    QCOMPARE(config->findBookProposalFile(u"/"_s), QString());
+    QCOMPARE(config->findBookProposalFile(u"/css/page.css"_s), root() + "/css/page.css"_L1);
+    for (const auto& name :
+         {u"//css/page.css"_s, u"/../secret.txt"_s, u"/.."_s, u"/"_s, u"\\"_s, u""_s})
+        QCOMPARE(config->findBookProposalFile(name), refused());
 }
 
 void tst_VXDirectoryConfig::pagePathIsGivenForAMissingFileToo()
@@ -247,6 +257,7 @@ void tst_VXDirectoryConfig::pagePathIsGivenForAMissingFileToo()
     QCOMPARE(config->htmlPath(u"/index.html"_s), root() + "/index.html"_L1);
     QCOMPARE(config->htmlPath(u"threejs/missing.html"_s), root() + "/threejs/missing.html"_L1);
     QCOMPARE(config->startScreenHtmlPath(u"/missing.html"_s, false), root() + "/missing.html"_L1);
+    QCOMPARE(config->findBookProposalFile(u"/missing.html"_s), root() + "/missing.html"_L1);
 }
 
 void tst_VXDirectoryConfig::pagePathNeverLeavesTheRoot_data()
@@ -258,14 +269,85 @@ void tst_VXDirectoryConfig::pagePathNeverLeavesTheRoot()
 {
     QFETCH(QString, name);
     const VXDirectoryConfig* config = VXDirectoryConfig::instance();
-    for (const QString& path : {config->htmlPath(name), config->startScreenHtmlPath(name, true)}) {
+    for (const QString& path : {config->htmlPath(name), config->startScreenHtmlPath(name, true),
+                                config->findBookProposalFile(name)}) {
         QVERIFY2(path.startsWith(root() + u'/'), qPrintable(path.left(200)));
         QVERIFY(!path.contains("/.."_L1));
-        // A folder of the root may be named; it is no file that could be read.
         const QFileInfo file(path);
-        if (file.isFile())
+        QVERIFY(!file.isDir());
+        if (file.exists())
             QVERIFY(file.canonicalFilePath().startsWith(QFileInfo(root()).canonicalFilePath()));
     }
+}
+
+void tst_VXDirectoryConfig::refusedPathCannotExist()
+{
+    QFile file(VXDirectoryConfig::instance()->htmlPath(u"/../secret.txt"_s));
+    QCOMPARE(file.fileName(), refused());
+    QVERIFY(!file.open(QFile::WriteOnly));
+}
+
+void tst_VXDirectoryConfig::controlCharactersAreRefusedUnseen_data()
+{
+    QTest::addColumn<int>("code");
+
+    for (const int code : {0x00, 0x01, 0x09, 0x0a, 0x0d, 0x1b, 0x1f, 0x7f, 0x80, 0x9f, 0xfffd})
+        QTest::addRow("%04x", code) << code;
+}
+
+void tst_VXDirectoryConfig::controlCharactersAreRefusedUnseen()
+{
+    QFETCH(int, code);
+    const QString name = u"a"_s + QChar(code) + u"b"_s;
+    if (code != 0)
+        write(u"root/"_s + name); // it could be read
+    const VXLogCapture log;
+    const VXDirectoryConfig* config = VXDirectoryConfig::instance();
+    QCOMPARE(config->htmlPath(name), refused());
+    QCOMPARE(config->startScreenHtmlPath(name, false), refused());
+    QCOMPARE(config->findBookProposalFile(u'/' + name), refused());
+    QCOMPARE(log.texts(), QStringList()); // Qt would complain if it were asked for a NUL
+}
+
+void tst_VXDirectoryConfig::linkWithoutTargetIsRefused()
+{
+    QVERIFY(QFile::link(myFolder->filePath(u"later.txt"_s), root() + "/later.txt"_L1));
+    QCOMPARE(VXDirectoryConfig::instance()->htmlPath(u"/later.txt"_s), refused());
+}
+
+void tst_VXDirectoryConfig::missingFileBehindALinkIsRefused()
+{
+    QVERIFY(QFile::link(myFolder->path(), root() + "/up"_L1));
+    QVERIFY(QFile::link(myFolder->filePath(u"gone"_s), root() + "/gone"_L1));
+    const VXDirectoryConfig* config = VXDirectoryConfig::instance();
+    QCOMPARE(config->htmlPath(u"/up/later.txt"_s), refused());
+    QCOMPARE(config->htmlPath(u"/up/a/b/later.txt"_s), refused());
+    QCOMPARE(config->htmlPath(u"/gone/later.txt"_s), refused());
+    QCOMPARE(config->htmlPath(u"/index.html/later.txt"_s), refused());
+}
+
+void tst_VXDirectoryConfig::pagesOfAMissingRootDoNotExist()
+{
+    VXDirectoryConfig* config = VXDirectoryConfig::instance();
+    const QString missing = myFolder->filePath(u"missing"_s);
+    config->setRoot(Root::Html, missing);
+    QCOMPARE(config->htmlPath(u"/a.html"_s), missing + "/a.html"_L1);
+    config->setRoot(Root::Html, QString());
+    QVERIFY(!QFileInfo::exists(config->htmlPath(u"/etc/passwd"_s)));
+    QVERIFY(!QFileInfo::exists(config->htmlPath(u"etc/passwd"_s)));
+    config->setRoot(Root::Html, u"/"_s);
+    QVERIFY(!QFileInfo::exists(config->htmlPath(u"/etc/passwd"_s)));
+}
+
+void tst_VXDirectoryConfig::currentFolderIsNoRoot()
+{
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(root()));
+    const VXDirectoryConfig* config = VXDirectoryConfig::instance();
+    VXDirectoryConfig::instance()->setRoot(Root::Html, myFolder->filePath(u"root-other"_s));
+    const bool isFound = QFileInfo::exists(config->htmlPath(u"css/page.css"_s));
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(!isFound);
 }
 
 void tst_VXDirectoryConfig::downloadedStartScreenWins()

@@ -5,6 +5,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void dangerousPathsAreRefused_data();
     void dangerousPathsAreRefused();
     void fileAndLinkAreRefused();
+    void linkInTheMiddleIsRefused();
 };
 
 void tst_VXFileHandler::folderGoesWithAllThatIsInIt()
@@ -59,6 +61,9 @@ void tst_VXFileHandler::dangerousPathsAreRefused_data()
 
     // The home folder is the test's own, and empty but for what this test puts there.
     QTest::newRow("empty") << u""_s;
+    QTest::newRow("root") << u"/"_s;
+    QTest::newRow("root by a detour") << u"/usr/.."_s;
+    QTest::newRow("above home") << QFileInfo(QDir::homePath()).path();
     QTest::newRow("home") << QDir::homePath();
     QTest::newRow("home with slash") << QDir::homePath() + u'/';
     QTest::newRow("home by a detour") << QDir::homePath() + u"/x/.."_s;
@@ -88,6 +93,17 @@ void tst_VXFileHandler::fileAndLinkAreRefused()
     }
     QVERIFY(QFile::exists(file.fileName()));
     QVERIFY(QDir(parent.filePath(u"folder"_s)).exists());
+}
+
+void tst_VXFileHandler::linkInTheMiddleIsRefused()
+{
+    const QTemporaryDir parent;
+    QVERIFY(QDir().mkpath(parent.filePath(u"kept/Cache"_s)));
+    QVERIFY(QFile::link(parent.filePath(u"kept"_s), parent.filePath(u"link"_s)));
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(u"not deleted, no folder to delete as a whole$"_s));
+    QVERIFY(!VXFileHandler::recursiveRemove(parent.filePath(u"link/Cache"_s)));
+    QVERIFY(QDir(parent.filePath(u"kept/Cache"_s)).exists());
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_VXFileHandler)
