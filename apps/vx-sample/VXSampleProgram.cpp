@@ -15,6 +15,7 @@
 #include <VXCore/VXInitializerOption.h>
 #include <VXCore/VXLocaleAndTranslationManager.h>
 #include <VXCore/VXLogger.h>
+#include <VXCore/VXUrlOpener.h>
 #include <VXGUIWidgets/VXCSSSkinManager.h>
 #include <VXGUIWidgets/VXRequest.h>
 #include <VXNetworking/VXNetworkingErrorMessageMap.h>
@@ -104,7 +105,8 @@ VXSampleExitCode VXSampleProgram::run()
     if (!parser.process(QCoreApplication::arguments()))
         return refuse(parser.errorText());
 
-    // Set-up may need a GUI application; what the commands without one use needs no set-up.
+    // The web engine needs a GUI application, and only commands with one show web content; the
+    // others would start it in vain.
     const bool hasWidgets = myCommand->application == VXSampleApplication::Widgets;
     if (hasWidgets)
         VXInitializer::instance()->runSetup(myOptions.offscreen ? VXInitializerOption::Headless
@@ -226,6 +228,7 @@ void VXSampleProgram::makeWidgetsApplication()
     // A dialog that closes while there is no other window is not the end of the program.
     QApplication::setQuitOnLastWindowClosed(false);
     VXCSSSkinManager::instance()->applyConfiguredMode();
+    VXUrlOpener::installConfigured();
 }
 
 /// A command runs inside the application's event loop, so that quitting ends its waits.

@@ -299,8 +299,8 @@ QStringList tst_VXQWebEngineUrlSchemeHandler::answers(const QStringList& thePath
              "answers[i] = x.status + ' ' + t.length + (/GEHEIM|root:/.test(t) ? ' ' + t : '');"
              "if (Object.keys(answers).length == %2) document.title = 'done'; };"
              "try { x.open('GET', 'tov://localhost' + path); x.send(); }"
-             "catch (e) { answers[i] = 'thrown'; } });"_s.arg(QString::fromUtf8(paths))
-                 .arg(thePaths.size()));
+             "catch (e) { answers[i] = 'thrown'; } });"_s.arg(QString::fromUtf8(paths),
+                                                              QString::number(thePaths.size())));
     if (!QTest::qWaitFor([&page] { return page.title() == u"done"_s; }, loadTime))
         return {u"no answers"_s};
     return page.run(u"answers"_s).toStringList();
