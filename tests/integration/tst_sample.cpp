@@ -4,8 +4,10 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QCryptographicHash>
+#include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtGui/QImage>
@@ -79,6 +81,7 @@ private Q_SLOTS:
     void problemsComeFromRealErrors();
     void refusedCertificateIsExplained();
     void mainWindowAppearsWithoutADisplay();
+    void onlyCommandsWithWindowsStartTheWebEngine();
 
 private:
     [[nodiscard]] VXSampleRun run(const QStringList& theArguments,
@@ -872,6 +875,28 @@ void tst_sample::mainWindowAppearsWithoutADisplay()
     const VXSampleRun shown = run({u"--offscreen"_s, u"--exit-after"_s, u"1"_s, u"gui"_s});
     QCOMPARE(shown.exitCode(), 0);
     QCOMPARE(shown.events(u"shown"_s).size(), 1);
+}
+
+void tst_sample::onlyCommandsWithWindowsStartTheWebEngine()
+{
+    const auto logged = [this](const QStringList& theArguments) {
+        const QTemporaryDir folder;
+        const VXSampleRun done = run(QStringList{u"--log-dir"_s, folder.path()} + theArguments);
+        QString text = QString::number(done.exitCode());
+        for (const QFileInfo& info : QDir(folder.path()).entryInfoList(QDir::Files)) {
+            QFile file(info.filePath());
+            if (file.open(QFile::ReadOnly))
+                text += QString::fromUtf8(file.readAll());
+        }
+        return text;
+    };
+    const QString line = u"Starting QtWebEngine with GPU accel."_s;
+    const QString plain = logged({u"request"_s, u"GET"_s, u"/echo"_s});
+    QVERIFY(plain.startsWith(u'0'));
+    QVERIFY(!plain.contains(line));
+    const QString window = logged({u"--offscreen"_s, u"--exit-after"_s, u"1"_s, u"gui"_s});
+    QVERIFY(window.startsWith(u'0'));
+    QCOMPARE(window.count(line), 1);
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_sample)

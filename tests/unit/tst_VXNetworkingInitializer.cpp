@@ -48,7 +48,7 @@ int start()
     VXQWebEngineWebView::haveGpuEnabled = !VXQWebEngineWebView::haveGpuEnabled;
     const VXLogCapture log;
     runSetup();
-    VXProbe::print(log.texts(QtInfoMsg).filter(u"QtWebEngine"_s).join(u'|'));
+    VXProbe::print(log.texts(QtInfoMsg).filter(u"GPU accel."_s).join(u'|'));
     VXProbe::print(flags());
     VXProbe::print(VXQWebEngineWebView::haveGpuEnabled ? u"gpu on"_s : u"gpu off"_s);
     VXProbe::print(VXWebEngineSettings::hasInstance() ? u"prepared"_s : u"untouched"_s);

@@ -20,6 +20,8 @@
 #include <QtWebEngineCore/QWebEngineUrlScheme>
 #include <QtWidgets/QApplication>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -306,7 +308,7 @@ void tst_VXWebEngineSettings::cookiesGoByTheirDomain()
     QByteArrayList names;
     for (const QList<QVariant>& arguments : removed)
         names << arguments.constFirst().value<QNetworkCookie>().name();
-    names.sort();
+    std::ranges::sort(names);
     QCOMPARE(names, gone);
 
     settings()->deleteCookies(QString());
