@@ -61,16 +61,14 @@ public:
                                      QStringLiteral("..;"),
                                      QStringLiteral("...."),
                                      QStringLiteral("..%20")};
-        static const QStringList separators{QStringLiteral("/"),   QStringLiteral("%2f"),
+        static const QStringList separators{QStringLiteral("/"), QStringLiteral("%2f"),
                                             QStringLiteral("%5c"), QStringLiteral("\\"),
-                                            QStringLiteral("//"),  QStringLiteral("%252f"),
-                                            QStringLiteral("/./")};
+                                            QStringLiteral("%252f")};
         QStringList paths = absolutePaths();
         for (const QString& prefix : prefixes)
             for (const QString& up : ups)
                 for (const QString& separator : separators)
-                    paths << prefix + (up + separator) + QStringLiteral("secret.html")
-                          << prefix + (up + separator).repeated(2) + QStringLiteral("secret.html");
+                    paths << prefix + (up + separator).repeated(2) + QStringLiteral("secret.html");
         return paths;
     }
 

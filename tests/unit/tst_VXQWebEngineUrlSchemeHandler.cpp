@@ -282,8 +282,8 @@ void tst_VXQWebEngineUrlSchemeHandler::jobMayDieWhileTheAddressIsOpened()
     QTRY_VERIFY_WITH_TIMEOUT(isAsked, loadTime);
 }
 
-// Asks for each path from a page of the scheme; "<status> <size>", with the text's beginning when
-// it is one of the secrets.
+// Asks for each path, a few at a time, from a page of the scheme; "<status> <size>", with the
+// text when it is one of the secrets.
 QStringList tst_VXQWebEngineUrlSchemeHandler::answers(const QStringList& thePaths)
 {
     if (!myFolders->write(u"start/html/ask.html"_s, "<title>ask</title>"))
@@ -293,16 +293,22 @@ QStringList tst_VXQWebEngineUrlSchemeHandler::answers(const QStringList& thePath
         return {u"not loaded"_s};
 
     const QByteArray paths = QJsonDocument(QJsonArray::fromStringList(thePaths)).toJson();
-    page.run(u"window.answers = []; (%1).forEach((path, i) => {"
-             "const x = new XMLHttpRequest();"
-             "x.onloadend = () => { const t = x.responseText;"
-             "answers[i] = x.status + ' ' + t.length + (/GEHEIM|root:/.test(t) ? ' ' + t : '');"
-             "if (Object.keys(answers).length == %2) document.title = 'done'; };"
-             "try { x.open('GET', 'tov://localhost' + path); x.send(); }"
-             "catch (e) { answers[i] = 'thrown'; } });"_s.arg(QString::fromUtf8(paths),
-                                                              QString::number(thePaths.size())));
-    if (!QTest::qWaitFor([&page] { return page.title() == u"done"_s; }, loadTime))
-        return {u"no answers"_s};
+    const QString script = u"window.answers = []; window.paths = %1;"
+                           "let next = 0, busy = 8;"
+                           "function ask() {"
+                           "const i = next++;"
+                           "if (i >= paths.length) {"
+                           "if (--busy == 0) document.title = 'done'; return; }"
+                           "const x = new XMLHttpRequest();"
+                           "x.onloadend = () => { const t = x.responseText;"
+                           "answers[i] = x.status + ' ' + t.length +"
+                           "(/GEHEIM|root:/.test(t) ? ' ' + t : ''); ask(); };"
+                           "try { x.open('GET', 'tov://localhost' + paths[i]); x.send(); }"
+                           "catch (e) { answers[i] = 'thrown'; ask(); } }"
+                           "for (let k = 0; k < 8; ++k) ask();"_s;
+    page.run(script.arg(QString::fromUtf8(paths)));
+    if (!QTest::qWaitFor([&page] { return page.title() == u"done"_s; }, 3 * loadTime))
+        return {u"no answer to "_s + thePaths.value(page.run(u"answers.length"_s).toInt())};
     return page.run(u"answers"_s).toStringList();
 }
 
@@ -315,7 +321,7 @@ void tst_VXQWebEngineUrlSchemeHandler::pagesReachNothingOutside()
 
     const VXLogCapture log;
     const QStringList found = answers(paths);
-    QCOMPARE(found.size(), paths.size());
+    QVERIFY2(found.size() == paths.size(), qPrintable(found.constFirst()));
     QCOMPARE(found.constLast(), u"200 1"_s);
     for (qsizetype i = 0; i + 1 < paths.size(); ++i)
         QVERIFY2(found.at(i) == u"0 0"_s, qPrintable(paths.at(i) + " -> "_L1 + found.at(i)));
