@@ -76,23 +76,22 @@ foreach(component IN ITEMS runtime dev tools)
 endforeach()
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/debian/triggers")
 
+# Packed when the build is configured: an installation needs no further target for them.
+function(vx_pack source packed)
+    execute_process(COMMAND "${VX_GZIP}" -9nc "${PROJECT_SOURCE_DIR}/${source}"
+        OUTPUT_FILE "${packed}" COMMAND_ERROR_IS_FATAL ANY)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${source}")
+endfunction()
+
 find_program(VX_GZIP gzip REQUIRED)
 file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/debian")
-add_custom_command(OUTPUT "${PROJECT_BINARY_DIR}/debian/changelog.gz"
-    COMMAND ${VX_GZIP} -9nc "${PROJECT_SOURCE_DIR}/debian/changelog"
-        > "${PROJECT_BINARY_DIR}/debian/changelog.gz"
-    DEPENDS "${PROJECT_SOURCE_DIR}/debian/changelog")
-set(vx_documents "${PROJECT_BINARY_DIR}/debian/changelog.gz")
-foreach(page IN ITEMS vx-sample vx-simulator)
-    set(packed "${PROJECT_BINARY_DIR}/debian/${page}.1.gz")
-    add_custom_command(OUTPUT "${packed}"
-        COMMAND ${VX_GZIP} -9nc "${PROJECT_SOURCE_DIR}/man/${page}.1" > "${packed}"
-        DEPENDS "${PROJECT_SOURCE_DIR}/man/${page}.1")
-    list(APPEND vx_documents "${packed}")
-    if(VX_BUILD_APPS)
+vx_pack(debian/changelog "${PROJECT_BINARY_DIR}/debian/changelog.gz")
+if(VX_BUILD_APPS)
+    foreach(page IN ITEMS vx-sample vx-simulator)
+        set(packed "${PROJECT_BINARY_DIR}/debian/${page}.1.gz")
+        vx_pack(man/${page}.1 "${packed}")
         install(FILES "${packed}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tools)
-    endif()
-endforeach()
-add_custom_target(vx_package_documents ALL DEPENDS ${vx_documents})
+    endforeach()
+endif()
 
 include(CPack)
