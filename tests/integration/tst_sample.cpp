@@ -73,6 +73,7 @@ private Q_SLOTS:
     void tlsQuestionIsAnsweredFromTheFile_data();
     void tlsQuestionIsAnsweredFromTheFile();
     void questionWithoutAnswerIsRefusedAndSaysSo();
+    void dialogsSpeakTheChosenLanguage();
     void handleTellsTheDialogAndTheAnswer_data();
     void handleTellsTheDialogAndTheAnswer();
     void handleKeepsTheLoginButtonDisabledForTheWait();
@@ -778,6 +779,26 @@ void tst_sample::handleTellsTheDialogAndTheAnswer()
     QCOMPARE(handled.result().value(u"retry"_s).toBool(), retry);
     const bool isSettings = arguments == QStringList{u"3503"_s} && answer == "1";
     QCOMPARE(handled.events(u"editProxyPreferences"_s).size(), isSettings ? 1 : 0);
+}
+
+void tst_sample::dialogsSpeakTheChosenLanguage()
+{
+    const QString answers = write(u"english.json"_s, R"([{"answer":2}])");
+    const VXSampleRun handled = run({u"--offscreen"_s, u"--language"_s, u"en"_s, u"--answers"_s,
+                                     answers, u"handle"_s, u"3503"_s});
+    QCOMPARE(handled.exitCode(), 0);
+    QCOMPARE(handled.events(u"dialog"_s).size(), 1);
+    const QJsonObject dialog = handled.events(u"dialog"_s).at(0);
+    const QString title = dialog.value(u"title"_s).toString();
+    QVERIFY2(title.startsWith("An error has occurred ("_L1), qPrintable(title));
+    QCOMPARE(dialog.value(u"text"_s).toString(),
+             u"The server name could not be found (invalid server name).<br>"
+             "<p>Would you like to try again?"_s);
+    const QJsonArray choices = dialog.value(u"choices"_s).toArray();
+    QCOMPARE(choices.size(), 2);
+    QCOMPARE(choices.at(0).toObject().value(u"title"_s).toString(),
+             u"Change network settings..."_s);
+    QCOMPARE(choices.at(1).toObject().value(u"title"_s).toString(), u"Try again"_s);
 }
 
 void tst_sample::handleKeepsTheLoginButtonDisabledForTheWait()
