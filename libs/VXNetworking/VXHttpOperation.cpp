@@ -7,6 +7,7 @@
 #include <VXCore/VXLogger.h>
 #include <VXCore/VXPlatformIndependent.h>
 #include <VXCore/VXStringHelper.h>
+#include <VXXML/VXDomReader.h>
 
 #include <QtCore/QDebug>
 #include <QtCore/QDir>
@@ -407,7 +408,7 @@ QDomDocument VXHttpOperation::receiveXml()
     QString message;
     int line = 0;
     int column = 0;
-    if (!document.setContent(body, &message, &line, &column))
+    if (!VXDomReader::setContent(document, body, message, line, column))
         myError.checkDomError(QString::fromUtf8(body), message, line, column);
     // After a failure the document still holds what was read before it.
     return errorOccurred() ? QDomDocument() : document;

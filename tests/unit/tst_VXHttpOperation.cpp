@@ -317,6 +317,7 @@ private Q_SLOTS:
     void headersAreSent();
     void brokenJsonIsAnError();
     void brokenXmlIsAnErrorAndNull();
+    void xmlThatIsNestedTooDeepIsAnErrorAndNull();
     void downloadGoesIntoTheFile();
     void downloadThatCannotBeWritten_data();
     void downloadThatCannotBeWritten();
@@ -901,6 +902,18 @@ void tst_VXHttpOperation::brokenXmlIsAnErrorAndNull()
     peer.setAnswer(VXRawAnswer::http(404, "<a/>"));
     QVERIFY(operation.receiveXml().isNull());
     QCOMPARE(static_cast<int>(operation.errorStatus().errorCode()), 3703);
+}
+
+void tst_VXHttpOperation::xmlThatIsNestedTooDeepIsAnErrorAndNull()
+{
+    const QByteArray body = "<a>"_ba.repeated(100000) + "</a>"_ba.repeated(100000);
+    VXRawPeer peer;
+    peer.setAnswer(VXRawAnswer::http(200, body));
+    VXHttpOperation operation = get(peer.url());
+    QVERIFY(operation.receiveXml().isNull());
+    QCOMPARE(static_cast<int>(operation.errorStatus().errorCode()), 5011);
+    QCOMPARE(operation.errorStatus().errorText(),
+             u"elements nested too deep at line 1, column 771"_s);
 }
 
 void tst_VXHttpOperation::downloadGoesIntoTheFile()
