@@ -17,6 +17,10 @@ namespace {
 
 constexpr int timeoutInSeconds = 120;
 
+// The expression tries every place of the key in turn, and from each the rest of the reply. A token
+// reply has one; with thousands of them a reply of 160 KB takes half a minute.
+constexpr qsizetype mostKeys = 32;
+
 } // namespace
 
 const VXRegularExpression VXCloudLoginAbstract::tokenRegExp{
@@ -65,6 +69,8 @@ VXHttpParameter VXCloudLoginAbstract::headerParameters() const
 
 QString VXCloudLoginAbstract::buildValidToken(const QString& theReply) const
 {
+    if (theReply.count("\"access_token\""_L1) > mostKeys)
+        return {};
     return tokenRegExp.match(theReply).hasMatch() ? theReply : QString();
 }
 

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] virtual VXHttpParameter headerParameters() const;
 
     /// The whole of theReply, when it is a JSON object in one line with an "access_token" in double
-    /// quotes; else an empty text.
+    /// quotes; else an empty text. A reply that names the key more than 32 times is none.
     [[nodiscard]] virtual QString buildValidToken(const QString& theReply) const;
 
     /// The body of the request.

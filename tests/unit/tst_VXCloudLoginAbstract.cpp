@@ -9,6 +9,7 @@
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
 
 #include <thread>
 
@@ -46,6 +47,8 @@ private Q_SLOTS:
     void theRequestCarriesBodyTypeAndHeaders();
     void whatIsATokenReply_data();
     void whatIsATokenReply();
+    void aReplyThatNamesTheKeyOftenIsReadQuickly_data();
+    void aReplyThatNamesTheKeyOftenIsReadQuickly();
     void aReplyWithoutTokenHasThePartnersMessage();
     void anInvalidTargetCausesNoTraffic_data();
     void anInvalidTargetCausesNoTraffic();
@@ -107,6 +110,30 @@ void tst_VXCloudLoginAbstract::whatIsATokenReply()
     QFETCH(bool, expected);
 
     QCOMPARE(Login(QUrl()).buildValidToken(reply), expected ? reply : QString());
+}
+
+void tst_VXCloudLoginAbstract::aReplyThatNamesTheKeyOftenIsReadQuickly_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("end");
+    QTest::addColumn<bool>("expected");
+
+    QTest::newRow("32 times") << 32 << u"}"_s << true;
+    QTest::newRow("33 times") << 33 << u"}"_s << false;
+    QTest::newRow("10,000 times") << 10000 << u"}x"_s << false; // half a minute without the limit
+}
+
+void tst_VXCloudLoginAbstract::aReplyThatNamesTheKeyOftenIsReadQuickly()
+{
+    QFETCH(int, count);
+    QFETCH(QString, end);
+    QFETCH(bool, expected);
+
+    const QString reply = u'{' + uR"("access_token":"a",)"_s.repeated(count) + end;
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(Login(QUrl()).buildValidToken(reply), expected ? reply : QString());
+    QVERIFY(timer.elapsed() < 5000);
 }
 
 void tst_VXCloudLoginAbstract::aReplyWithoutTokenHasThePartnersMessage()
