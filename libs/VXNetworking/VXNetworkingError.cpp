@@ -170,6 +170,13 @@ constexpr std::array couponErrors{CouponsNotCombinable,           CouponAlreadyU
                                   CouponOnlyForExistingCustomers, CouponAlreadyRedeemed};
 static_assert(std::ranges::is_sorted(couponErrors));
 
+/// Both numbers may come from a server, whatever their size: the sum wraps round.
+constexpr VXNetworkingErrorCode shifted(int theBase, int theNumber)
+{
+    return static_cast<VXNetworkingErrorCode>(
+        static_cast<int>(static_cast<unsigned>(theBase) + static_cast<unsigned>(theNumber)));
+}
+
 } // namespace
 
 VXNetworkingErrorMessageMap VXNetworkingError::myErrorMessageMap;
@@ -212,12 +219,12 @@ void VXNetworkingError::raiseQtError(QNetworkReply::NetworkError theError)
 
 void VXNetworkingError::raiseHttpError(int theHttpStatus)
 {
-    raise(static_cast<VXNetworkingErrorCode>(HttpErrorBase + theHttpStatus));
+    raise(shifted(HttpErrorBase, theHttpStatus));
 }
 
 void VXNetworkingError::raiseTessarimError(int theResultCode)
 {
-    raise(static_cast<VXNetworkingErrorCode>(TessarimErrorBase + theResultCode));
+    raise(shifted(TessarimErrorBase, theResultCode));
 }
 
 void VXNetworkingError::raiseXTCIError(const QDomDocument& theAnswer)
@@ -293,7 +300,7 @@ bool VXNetworkingError::isCouponError() const noexcept
 
 int VXNetworkingError::jsonResultCode() const noexcept
 {
-    return myErrorCode - TessarimErrorBase;
+    return shifted(-TessarimErrorBase, myErrorCode);
 }
 
 VXNetworkingErrorCode VXNetworkingError::qtNetworkErrorToNetworkingErrorCode(

@@ -324,6 +324,9 @@ private Q_SLOTS:
     void otherHttpStatusesFallBackToTheSeverityText();
     void tessarimCodesAreOffset();
     void jsonResultCodeIsNotRangeChecked();
+    void aNumberOfAnySizeCanBeRaised_data();
+    void aNumberOfAnySizeCanBeRaised();
+    void anOrderCodeOfAnySizeHasAResultCode();
     void informationalCodesAreNoErrors_data();
     void informationalCodesAreNoErrors();
     void clearKeepsCouponCodeAndWaitTime();
@@ -567,6 +570,37 @@ void tst_VXNetworkingError::jsonResultCodeIsNotRangeChecked()
 {
     QCOMPARE(VXNetworkingError(InvalidLogin).jsonResultCode(), -19998);
     QCOMPARE(VXNetworkingError(MultiPartSendFailed).jsonResultCode(), 980000);
+}
+
+void tst_VXNetworkingError::aNumberOfAnySizeCanBeRaised_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<int>("cloudCode");
+    QTest::addColumn<int>("httpCode");
+
+    QTest::newRow("largest") << 2147483647 << -2147463649 << -2147473649;
+    QTest::newRow("smallest") << -2147483647 - 1 << -2147463648 << -2147473648;
+}
+
+void tst_VXNetworkingError::aNumberOfAnySizeCanBeRaised()
+{
+    QFETCH(int, number);
+
+    VXNetworkingError error;
+    error.raiseTessarimError(number);
+    QTEST(static_cast<int>(error.errorCode()), "cloudCode");
+    QCOMPARE(error.jsonResultCode(), number);
+    error.raiseHttpError(number);
+    QTEST(static_cast<int>(error.errorCode()), "httpCode");
+}
+
+void tst_VXNetworkingError::anOrderCodeOfAnySizeHasAResultCode()
+{
+    QDomDocument answer;
+    QVERIFY(answer.setContent(u"<r><head><errorcode>-2147483648</errorcode></head></r>"_s));
+    VXNetworkingError error;
+    error.raiseXTCIError(answer);
+    QCOMPARE(error.jsonResultCode(), 2147463648);
 }
 
 void tst_VXNetworkingError::informationalCodesAreNoErrors_data()
