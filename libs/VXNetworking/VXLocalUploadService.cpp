@@ -1,5 +1,8 @@
 #include "VXLocalUploadService.h"
 
+#include "VXUploadAdmission.h"
+#include "VXUploadFileName.h"
+
 #include <VXCore/VXDirectoryConfig.h>
 #include <VXCore/VXLogger.h>
 #include <VXCore/VXPlatformIndependent.h>
@@ -65,33 +68,6 @@ std::optional<QNetworkAddressEntry> firstIpv4Entry(const QNetworkInterface& theI
     if (entry == entries.end())
         return std::nullopt;
     return *entry;
-}
-
-/// The values of all cookies named "sid" in one Cookie header, RFC 6265, 4.2.1. Every pair is
-/// read: another server on our address may have put its cookies in front of ours.
-QStringList sessionIds(const QByteArray& theHeader)
-{
-    QStringList ids;
-    for (const QByteArray& pair : theHeader.split(';')) {
-        const qsizetype equals = pair.indexOf('=');
-        if (equals > 0 && pair.first(equals).trimmed() == "sid")
-            ids.append(QString::fromLatin1(pair.sliced(equals + 1).trimmed()));
-    }
-    return ids;
-}
-
-/// "%1.qrul.%2" of what stands before and after the last dot. The name comes from the network:
-/// only what follows its last "/" counts, and it is never resolved as a path. A U+0000 would cut
-/// the name short in the system call that renames the file.
-QString storedName(const QString& theFileName)
-{
-    QString name = theFileName.sliced(theFileName.lastIndexOf(u'/') + 1);
-    name.remove(QChar::Null);
-
-    const qsizetype dot = name.lastIndexOf(u'.');
-    const QString baseName = dot < 0 ? name : name.first(dot);
-    const QString suffix = dot < 0 ? QString() : name.sliced(dot + 1);
-    return u"%1.qrul.%2"_s.arg(baseName, suffix);
 }
 
 /// Replaces the file as a whole or leaves it alone. Failures are the business of those who get
@@ -187,19 +163,8 @@ QString VXLocalUploadService::validToken(const QHttpServerRequest& theRequest)
 QString VXLocalUploadService::sessionToken(const QHttpServerRequest& theRequest,
                                            const QString& theQuery) const
 {
-    const QStringList tokens = mySessions.values(theRequest.remoteAddress());
-    if (tokens.contains(theQuery))
-        return theQuery;
-
-    for (const auto& [name, value] : theRequest.headers()) {
-        if (name != "Cookie") // the sender's spelling; "cookie" is not recognised on purpose
-            continue;
-        for (const QString& id : sessionIds(value)) {
-            if (tokens.contains(id))
-                return id;
-        }
-    }
-    return {};
+    return VXUploadAdmission::token(mySessions.values(theRequest.remoteAddress()), theQuery,
+                                    theRequest.headers());
 }
 
 QString VXLocalUploadService::toString(const QHttpServerRequest& theRequest)
@@ -371,7 +336,7 @@ QHttpServerResponse VXLocalUploadService::answerUpload(const QHttpServerRequest&
     const QByteArray photo = theRequest.body();
     makeTargetFolder();
     const QString fileName = theRequest.query().queryItemValue(u"file"_s, QUrl::FullyDecoded);
-    const QString path = QDir(targetFolder()).absolutePath() + u'/' + storedName(fileName);
+    const QString path = QDir(targetFolder()).absolutePath() + u'/' + VXUploadFileName::stored(fileName);
     save(path, photo);
 
     // The phone hears "OK" and the application its signal whether or not the photo was stored.

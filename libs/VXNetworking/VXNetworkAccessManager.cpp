@@ -1,5 +1,6 @@
 #include "VXNetworkAccessManager.h"
 
+#include "VXCertificateBundle.h"
 #include "VXNetworkAccessManagerSignalDispatcher.h"
 #include "VXNetworkSettings.h"
 
@@ -11,7 +12,6 @@
 #include <QtCore/QDebug>
 #include <QtCore/QEventLoop>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSet>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtCore/QUrlQuery>
@@ -513,20 +513,11 @@ void VXNetworkAccessManager::loadSslCertificates()
         return;
 
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    QList<QSslCertificate> list = configuration.caCertificates();
-    QSet<QSslCertificate> known(list.cbegin(), list.cend());
-    const auto appendNew = [&list, &known](const QList<QSslCertificate>& theCertificates) {
-        for (const QSslCertificate& certificate : theCertificates) {
-            const qsizetype before = known.size();
-            known.insert(certificate);
-            if (known.size() > before)
-                list.append(certificate);
-        }
-    };
-    appendNew(QSslConfiguration::systemCaCertificates());
+    QList<QSslCertificate> list = VXCertificateBundle::merged(
+        configuration.caCertificates(), QSslConfiguration::systemCaCertificates());
     const QFileInfo bundle = VXResourceFile(ResourceFileCaBundle).fileInfo();
-    appendNew(QSslCertificate::fromPath(bundle.absoluteFilePath(), QSsl::Pem,
-                                        QSslCertificate::PatternSyntax::FixedString));
+    list = VXCertificateBundle::merged(std::move(list),
+                                       VXCertificateBundle::read(bundle.absoluteFilePath()));
 
     configuration.setCaCertificates(removeInvalidCertificates(std::move(list)));
     QSslConfiguration::setDefaultConfiguration(configuration);
