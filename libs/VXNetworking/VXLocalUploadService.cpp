@@ -336,7 +336,8 @@ QHttpServerResponse VXLocalUploadService::answerUpload(const QHttpServerRequest&
     const QByteArray photo = theRequest.body();
     makeTargetFolder();
     const QString fileName = theRequest.query().queryItemValue(u"file"_s, QUrl::FullyDecoded);
-    const QString path = QDir(targetFolder()).absolutePath() + u'/' + VXUploadFileName::stored(fileName);
+    const QString path =
+        QDir(targetFolder()).absolutePath() + u'/' + VXUploadFileName::stored(fileName);
     save(path, photo);
 
     // The phone hears "OK" and the application its signal whether or not the photo was stored.
