@@ -10,6 +10,7 @@
 #include <VXCore/VXDirectoryConfig.h>
 #include <VXCore/VXInitializer.h>
 #include <VXNetworking/VXQWebEngineWebView.h>
+#include <VXNetworking/VXWebEngineSettings.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -99,12 +100,23 @@ QStringList consoleErrors(const VXLogCapture& theLog)
     return theLog.textsWith(u"level="_s);
 }
 
+// The engine follows the desktop's theme, of which there is none off screen, hence the flag.
+void startEngine()
+{
+    if (qEnvironmentVariableIsEmpty("VX_TEST_DARK")) {
+        VXInitializer::instance()->runSetup(VXInitializerOption::Headless);
+        return;
+    }
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS", "--no-sandbox --force-dark-mode");
+    static_cast<void>(VXWebEngineSettings::instance());
+}
+
 // One page, printed for the test: loaded, its title, what went wrong.
 int show(const QString& theName, const QUrl& theUrl)
 {
     const VXLogCapture log;
     Watch watch;
-    VXInitializer::instance()->runSetup(VXInitializerOption::Headless);
+    startEngine();
     QWebEngineProfile::defaultProfile()->setUrlRequestInterceptor(&watch);
     Shown page(theUrl);
     VXProbe::print(page.isLoaded ? page.view.title() : u"not loaded"_s);
@@ -198,7 +210,7 @@ void tst_scheme_pages::pageIsWhole_data()
     QTest::newRow("releaseNotes") << u"Neuerungen"_s;
 }
 
-// Each in both schemes, in a process of its own: the engine follows the desktop's palette.
+// Each in both schemes, each in a process of its own.
 void tst_scheme_pages::pageIsWhole()
 {
     QFETCH(QString, title);
@@ -297,24 +309,7 @@ void tst_scheme_pages::sceneTurns()
         u"45deg"_s);
 }
 
-namespace {
-
-// The skin of the desktop: the engine tells pages "dark" when the window's colour is dark.
-struct Application : public QApplication
-{
-    Application(int& theCount, char** theArguments)
-        : QApplication(theCount, theArguments)
-    {
-        QPalette palette;
-        const bool isDark = !qEnvironmentVariableIsEmpty("VX_TEST_DARK");
-        palette.setColor(QPalette::Window, isDark ? Qt::black : Qt::white);
-        setPalette(palette);
-    }
-};
-
-} // namespace
-
-VX_PROBE_TEST_MAIN(Application, tst_scheme_pages, {u"startScreen"_s, startScreen},
+VX_PROBE_TEST_MAIN(QApplication, tst_scheme_pages, {u"startScreen"_s, startScreen},
                    {u"help"_s, help}, {u"scene"_s, scene}, {u"proposal"_s, proposal},
                    {u"receipt"_s, receipt}, {u"releaseNotes"_s, releaseNotes})
 
