@@ -10,14 +10,17 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QSignalSpy>
+#include <QtWebEngineCore/QWebEngineCookieStore>
 #include <QtWebEngineCore/QWebEnginePage>
 #include <QtWebEngineCore/QWebEngineProfile>
 #include <QtWebEngineCore/QWebEngineSettings>
 #include <QtWebEngineCore/QWebEngineUrlScheme>
 #include <QtWidgets/QApplication>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -102,6 +105,14 @@ int secondInstallKeepsTheFirst()
     return 0;
 }
 
+QNetworkCookie cookie(const QByteArray& theName, const QString& theDomain)
+{
+    QNetworkCookie made(theName, "v");
+    made.setDomain(theDomain);
+    made.setPath(u"/"_s);
+    return made;
+}
+
 } // namespace
 
 class tst_VXWebEngineSettings : public QObject
@@ -127,6 +138,10 @@ private Q_SLOTS:
     void cleanupLeavesNoFolder();
     void plantedLinkIsNotFollowed_data();
     void plantedLinkIsNotFollowed();
+    void cookiesGoByTheirDomain_data();
+    void cookiesGoByTheirDomain();
+    void deletedCookieIsForgottenAtOnce();
+    void cookieDeletedByOthersIsForgotten();
 
 private:
     std::unique_ptr<QWebEnginePage> myPage;
@@ -136,9 +151,11 @@ void tst_VXWebEngineSettings::initTestCase()
 {
     QVERIFY(VXDeploymentConfig::instance()->setValue(u"Program/language"_s, u"de-AT"_s));
     VXInitializer::instance()->runSetup(VXInitializerOption::Headless);
+    // The engine deletes cookies, and tells of it, only while it has a page from a server.
+    VXRawPeer peer;
     myPage = std::make_unique<QWebEnginePage>();
     QSignalSpy finished(myPage.get(), &QWebEnginePage::loadFinished);
-    myPage->load(QUrl(u"about:blank"_s));
+    myPage->load(peer.url());
     QVERIFY(finished.wait(engineTime));
 }
 
@@ -273,6 +290,85 @@ void tst_VXWebEngineSettings::plantedLinkIsNotFollowed()
     QVERIFY(QFile::exists(kept.fileName()));
     QCOMPARE(log.textsWith(u"not deleted"_s).size(), 1);
     QVERIFY(QFile::remove(folder + link));
+}
+
+void tst_VXWebEngineSettings::cookiesGoByTheirDomain_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArrayList>("gone");
+
+    QTest::newRow("in the middle and at the end") << u"shop"_s << QByteArrayList{"a", "b"};
+    QTest::newRow("whole domain") << u"other.test"_s << QByteArrayList{"c"};
+    QTest::newRow("upper case") << u"SHOP"_s << QByteArrayList{};
+    QTest::newRow("unknown") << u"nowhere"_s << QByteArrayList{};
+    QTest::newRow("empty: all") << u""_s << QByteArrayList{"a", "b", "c"};
+}
+
+void tst_VXWebEngineSettings::cookiesGoByTheirDomain()
+{
+    QFETCH(QString, text);
+    QFETCH(QByteArrayList, gone);
+    QWebEngineCookieStore* store = profile()->cookieStore();
+    QSignalSpy added(store, &QWebEngineCookieStore::cookieAdded);
+    QSignalSpy removed(store, &QWebEngineCookieStore::cookieRemoved);
+    store->setCookie(cookie("a", u"www.shop.test"_s));
+    store->setCookie(cookie("b", u"my.bookshop"_s));
+    store->setCookie(cookie("c", u"other.test"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(added.count(), 3, engineTime);
+
+    settings()->deleteCookies(text);
+    // One more, to know that the engine has done what was asked before.
+    store->setCookie(cookie("last", u"last.test"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(added.count(), 4, engineTime);
+    QTRY_COMPARE_WITH_TIMEOUT(removed.count(), gone.size(), engineTime);
+    QByteArrayList names;
+    for (const QList<QVariant>& arguments : removed)
+        names << arguments.constFirst().value<QNetworkCookie>().name();
+    std::ranges::sort(names);
+    QCOMPARE(names, gone);
+
+    settings()->deleteCookies(QString());
+    QTRY_COMPARE_WITH_TIMEOUT(removed.count(), 4, engineTime);
+}
+
+void tst_VXWebEngineSettings::deletedCookieIsForgottenAtOnce()
+{
+    QWebEngineCookieStore* store = profile()->cookieStore();
+    QSignalSpy added(store, &QWebEngineCookieStore::cookieAdded);
+    QSignalSpy removed(store, &QWebEngineCookieStore::cookieRemoved);
+    store->setCookie(cookie("a", u"www.shop.test"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(added.count(), 1, engineTime);
+    settings()->deleteCookies(u"shop"_s);
+    settings()->deleteCookies(u"shop"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(removed.count(), 1, engineTime);
+}
+
+void tst_VXWebEngineSettings::cookieDeletedByOthersIsForgotten()
+{
+    // Told by hand, the engine knows nothing of this one and would not announce it.
+    VXWebEngineSettings* mirror = settings();
+    const QNetworkCookie known = cookie("known", u".shop.test"_s);
+    mirror->cookieAdded(known);
+    mirror->cookieAdded(known);
+    mirror->cookieRemoved(known); // every equal one
+
+    QWebEngineCookieStore* store = profile()->cookieStore();
+    QSignalSpy added(store, &QWebEngineCookieStore::cookieAdded);
+    QSignalSpy removed(store, &QWebEngineCookieStore::cookieRemoved);
+    disconnect(store, nullptr, mirror, nullptr);
+    const auto follow = qScopeGuard([store, mirror] {
+        connect(store, &QWebEngineCookieStore::cookieAdded, mirror,
+                &VXWebEngineSettings::cookieAdded);
+        connect(store, &QWebEngineCookieStore::cookieRemoved, mirror,
+                &VXWebEngineSettings::cookieRemoved);
+    });
+    store->setCookie(known);
+    QTRY_COMPARE_WITH_TIMEOUT(added.count(), 1, engineTime);
+    mirror->deleteCookies(QString());
+    store->setCookie(cookie("last", u"last.test"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(added.count(), 2, engineTime);
+    QCOMPARE(removed.count(), 0);
+    store->deleteAllCookies();
 }
 
 VX_PROBE_TEST_MAIN(QApplication, tst_VXWebEngineSettings, {u"startIsSilent"_s, startIsSilent},
