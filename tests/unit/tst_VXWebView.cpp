@@ -1,5 +1,6 @@
 #include <VXNetworking/VXWebView.h>
 
+#include "VXLogCapture.h"
 #include "VXRawPeer.h"
 #include "VXTestMain.h"
 #include "VXWebTest.h"
@@ -501,10 +502,12 @@ void tst_VXWebView::aViewThatDiesAnswersOtherThreads()
 
 void tst_VXWebView::theChannelBearsTheNameOfItsServer()
 {
+    const VXLogCapture log;
     RecordingView view((QUrl()));
     const std::unique_ptr<VXAbstractCommunication> channel(view.createCommunication(u"server"_s));
     QVERIFY(channel != nullptr);
     QCOMPARE(channel->serverUrl().scheme(), u"ws"_s);
+    QCOMPARE(log.textsWith(u"opened web socket server \"server\""_s).size(), 1);
 }
 
 VX_TEST_MAIN(QApplication, tst_VXWebView)
