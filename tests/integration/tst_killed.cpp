@@ -9,28 +9,34 @@
 #include <VXNetworking/VXNetworkingResult.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QProcess>
-#include <QtCore/QRandomGenerator>
 #include <QtCore/QTemporaryDir>
 #include <QtXml/QDomDocument>
 
+#include <array>
+#include <chrono>
 #include <csignal>
+#include <memory>
 
 #include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr auto folderVariable = "VX_PROBE_FOLDER";
-constexpr qsizetype large = 8 << 20; // bytes; so that most of the time goes into writing
-constexpr qsizetype entry = 300'000; // characters
-constexpr int rounds = 6;
+constexpr qsizetype large = 32 << 20;  // bytes; so that a write takes its time
+constexpr qsizetype entry = 4 << 20;   // characters
+constexpr qsizetype someBytes = 65536; // more than a lock file has
+constexpr int rounds = 5;
+constexpr std::chrono::seconds patience{60};
 
 QString pathOf(const QString& theName)
 {
@@ -125,6 +131,8 @@ public:
         return myProcess.readLine().trimmed();
     }
 
+    [[nodiscard]] qint64 processId() const { return myProcess.processId(); }
+
     void kill()
     {
         myProcess.kill(); // SIGKILL
@@ -135,18 +143,34 @@ private:
     QProcess myProcess;
 };
 
-/// Kills somewhere within a turn: after the first one has been told, at a moment of chance.
-bool killAtAnyMoment(Victim& theVictim)
+/// Whether the descriptor is that of a file below the folder, named or not yet, which has some of
+/// its bytes.
+bool isBeingWritten(const QByteArray& theDescriptor, const QByteArray& theFolder, qsizetype theSize)
 {
-    if (theVictim.line().isEmpty() || theVictim.line().isEmpty())
-        return false;
-    QElapsedTimer clock;
-    clock.start();
-    const int moment = QRandomGenerator::global()->bounded(20'000); // microseconds
-    while (clock.nsecsElapsed() / 1000 < moment) {
+    std::array<char, 4096> target{};
+    const ssize_t size = readlink(theDescriptor.constData(), target.data(), target.size());
+    struct stat status = {};
+    return size > 0 && QByteArray(target.data(), size).startsWith(theFolder) &&
+           stat(theDescriptor.constData(), &status) == 0 && S_ISREG(status.st_mode) &&
+           status.st_size >= someBytes && status.st_size < theSize;
+}
+
+/// Kills within a write to a file in the folder that gets more bytes than theSize. False when none
+/// was caught so.
+bool killWithinWrite(Victim& theVictim, const QString& theFolder, qsizetype theSize)
+{
+    const QString descriptors = u"/proc/%1/fd/"_s.arg(theVictim.processId());
+    const QByteArray folder = theFolder.toLocal8Bit();
+    const QDeadlineTimer deadline(patience);
+    while (!deadline.hasExpired()) {
+        for (const QString& name : QDir(descriptors).entryList(QDir::Files | QDir::System)) {
+            if (!isBeingWritten((descriptors + name).toLocal8Bit(), folder, theSize))
+                continue;
+            theVictim.kill();
+            return true;
+        }
     }
-    theVictim.kill();
-    return true;
+    return false;
 }
 
 } // namespace
@@ -158,8 +182,6 @@ class tst_killed : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void init();
-
     void withinADownload();
     void withinAResult();
     void withinSettings();
@@ -167,6 +189,8 @@ private Q_SLOTS:
     void withinTheStoringOfAnUpload();
 
 private:
+    void useNewFolder();
+
     std::unique_ptr<QTemporaryDir> myFolder;
 };
 
@@ -175,7 +199,7 @@ void tst_killed::initTestCase()
     QVERIFY2(VXLan::missingRight().isEmpty(), qPrintable(VXLan::missingRight()));
 }
 
-void tst_killed::init()
+void tst_killed::useNewFolder()
 {
     myFolder = std::make_unique<QTemporaryDir>();
     QVERIFY(myFolder->isValid());
@@ -185,8 +209,10 @@ void tst_killed::init()
 void tst_killed::withinADownload()
 {
     for (int i = 0; i < rounds; ++i) {
+        useNewFolder();
         Victim victim(u"downloads"_s);
-        QVERIFY(killAtAnyMoment(victim));
+        QVERIFY(!victim.line().isEmpty()); // one is complete
+        QVERIFY(killWithinWrite(victim, myFolder->path(), large));
         const QByteArray photo = contentOf(pathOf(u"photo"_s));
         QVERIFY2(isWhole(photo, large), qPrintable(QString::number(photo.size())));
     }
@@ -195,8 +221,10 @@ void tst_killed::withinADownload()
 void tst_killed::withinAResult()
 {
     for (int i = 0; i < rounds; ++i) {
+        useNewFolder();
         Victim victim(u"results"_s);
-        QVERIFY(killAtAnyMoment(victim));
+        QVERIFY(!victim.line().isEmpty()); // one is complete
+        QVERIFY(killWithinWrite(victim, myFolder->path(), large));
         const QByteArray result = contentOf(pathOf(u"result"_s));
         QVERIFY(result.startsWith("<?xml"));
         QVERIFY2(result.trimmed().endsWith("</content>"),
@@ -207,8 +235,10 @@ void tst_killed::withinAResult()
 void tst_killed::withinSettings()
 {
     for (int i = 0; i < rounds; ++i) {
+        useNewFolder();
         Victim victim(u"settings"_s);
-        QVERIFY(killAtAnyMoment(victim));
+        QVERIFY(!victim.line().isEmpty()); // one is complete
+        QVERIFY(killWithinWrite(victim, myFolder->path(), entry));
         VXSettings::setStoreFile(pathOf(u"settings.ini"_s));
         VXSettings store;
         QCOMPARE(store.value(u"Fixed/entry"_s).toString(), u"fixed"_s);
@@ -221,6 +251,7 @@ void tst_killed::withinSettings()
 
 void tst_killed::withinTheTransferOfAnUpload()
 {
+    useNewFolder();
     Victim victim(u"uploads"_s);
     const QUrl url(QString::fromLatin1(victim.line()));
     const QByteArray token = victim.line();
@@ -238,6 +269,7 @@ void tst_killed::withinTheTransferOfAnUpload()
 void tst_killed::withinTheStoringOfAnUpload()
 {
     for (int i = 0; i < rounds; ++i) {
+        useNewFolder();
         Victim victim(u"uploads"_s);
         const QUrl url(QString::fromLatin1(victim.line()));
         const QByteArray token = victim.line();
@@ -251,13 +283,8 @@ void tst_killed::withinTheStoringOfAnUpload()
             QByteArray(large, letter(i));
         QCOMPARE(phone.askRaw(request).status, 200);
         phone.socket().write(request);
-        QTRY_COMPARE(phone.socket().bytesToWrite(), 0); // now it begins to store, or soon
-        QElapsedTimer clock;
-        clock.start();
-        const int moment = QRandomGenerator::global()->bounded(20'000);
-        while (clock.nsecsElapsed() / 1000 < moment) {
-        }
-        victim.kill();
+        QTRY_COMPARE(phone.socket().bytesToWrite(), 0);
+        QVERIFY(killWithinWrite(victim, pathOf(u"photos"_s), large));
         const QByteArray photo = contentOf(pathOf(u"photos/a.qrul.jpg"_s));
         QVERIFY2(isWhole(photo, large), qPrintable(QString::number(photo.size())));
     }
