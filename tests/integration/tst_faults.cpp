@@ -406,6 +406,8 @@ QList<Row> proxyRows()
          u"2"_s},
         lost(u"proxy answers 403, https"_s, proxied(https, u"403"_s), u"3599"_s, temporary),
         lost(u"proxy answers 502, https"_s, proxied(https, u"502"_s), u"3599"_s, temporary),
+        lost(u"SOCKS port closes"_s, silent(proxied(http, u"close"_s, socks)), u"3505"_s,
+             unrecoverable),
         lost(u"SOCKS port speaks HTTP"_s, silent(proxied(http, u"403"_s, socks)), u"3505"_s,
              unrecoverable),
     };
