@@ -70,7 +70,7 @@ constexpr std::array commands{
                        "Bring network problems about, each from a real error, with its dialog."_L1,
                        "problem connection login-wait"_L1, 1, -1, Application::Widgets,
                        Duration::Finite, make<VXSampleProblemCommand>},
-    VXSampleCommandRow{"gui"_L1, ""_L1, "Show the main window; the problems are a menu there."_L1,
+    VXSampleCommandRow{"gui"_L1, ""_L1, "Show the main window; this is what no command means."_L1,
                        "gui"_L1, 0, 0, Application::Widgets, Duration::Service,
                        make<VXSampleGuiCommand>},
     VXSampleCommandRow{"proxy"_L1, "show|set CHOICE|for URL"_L1,

@@ -1,79 +1,130 @@
 #include "VXSampleMainWindow.h"
 
-#include "VXSampleCommand.h"
-#include "VXSampleCommandTable.h"
+#include "VXSampleCommandRun.h"
+#include "VXSampleContext.h"
+#include "VXSampleHttpPanel.h"
+#include "VXSampleLoginPanel.h"
+#include "VXSampleOrderPanel.h"
 #include "VXSamplePreferencesDialog.h"
+#include "VXSampleProblemPanel.h"
 #include "VXSampleProblems.h"
+#include "VXSampleRecordTabs.h"
+#include "VXSampleUploadPanel.h"
+#include "VXSampleWebPanel.h"
 
 #include <VXCore/VXDeploymentConfig.h>
-#include <VXCore/VXLogger.h>
+#include <VXCore/VXLocaleAndTranslationManager.h>
 #include <VXGUIWidgets/VXCSSSkinManager.h>
-#include <VXNetworking/VXRequestNetwork.h>
 
-#include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
+#include <QtCore/QProcess>
 #include <QtGui/QActionGroup>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMenuBar>
-#include <QtWidgets/QPlainTextEdit>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QVBoxLayout>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QSplitter>
+#include <QtWidgets/QStackedWidget>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize firstSize(1180, 700); // fits on 1366 x 768 with a task bar
+constexpr int navigationWidth = 190;
+constexpr int recordHeight = 180;
+
+} // namespace
 
 VXSampleMainWindow::VXSampleMainWindow(VXSampleContext& theContext)
     : myContext(theContext)
 {
     setObjectName(u"mainWindow"_s);
     setWindowTitle(VXDeploymentConfig::instance()->text(u"Program/displayName"_s));
-    createCentralWidget();
+    createPages();
+    createProgramMenu();
     createProblemMenu();
     createUpdateMenu();
     createSettingsMenu();
-    resize(760, 480);
-
-    connect(VXRequestNetwork::instance(), &VXRequestNetwork::enableLoginButton, myLogin,
-            &QWidget::setEnabled);
-    connect(VXLogger::instance(), &VXLogger::recordWritten, this,
-            [this](const QString&, const QString& theText) { myLog->appendPlainText(theText); });
+    resize(firstSize);
 }
 
 VXSampleMainWindow::~VXSampleMainWindow() = default;
 
-void VXSampleMainWindow::createCentralWidget()
+void VXSampleMainWindow::createPages()
 {
-    auto* central = new QWidget(this);
-    auto* hint = new QLabel(
-        tr("Das Menü \"Netzwerkprobleme\" führt echte Fehler herbei. Was die Bibliothek dabei tut, "
-           "steht unten."),
-        central);
-    hint->setWordWrap(true);
-    myLogin = new QPushButton(tr("Anmelden"), central);
-    myLogin->setObjectName(u"loginButton"_s);
-    myLogin->setProperty("cssstyle", u"RegularPushButton"_s);
-    connect(myLogin, &QPushButton::clicked, this, &VXSampleMainWindow::logIn);
-    myLog = new QPlainTextEdit(central);
-    myLog->setObjectName(u"logView"_s);
-    myLog->setAccessibleName(tr("Protokoll"));
-    myLog->setReadOnly(true);
+    myNavigation = new QListWidget(this);
+    myNavigation->setObjectName(u"navigation"_s);
+    myNavigation->setAccessibleName(tr("Was die Bibliothek kann"));
+    myNavigation->setProperty("cssstyle", u"navigation"_s);
+    myNavigation->setFrameShape(QFrame::NoFrame);
+    myPages = new QStackedWidget(this);
+    myPages->setObjectName(u"pages"_s);
+    addPage(new VXSampleHttpPanel(myContext, myPages));
+    addPage(new VXSampleOrderPanel(myContext, myPages));
+    addPage(new VXSampleProblemPanel(myContext, myPages));
+    addPage(new VXSampleLoginPanel(myContext, myPages));
+    addPage(new VXSampleWebPanel(myContext, myPages));
+    addPage(new VXSampleUploadPanel(myPages));
+    myRecords = new VXSampleRecordTabs(myContext, this); // after the pages: the Tab key's order
+    connect(myNavigation, &QListWidget::currentRowChanged, this, &VXSampleMainWindow::showPage);
+    myNavigation->setCurrentRow(0);
 
-    auto* layout = new QVBoxLayout(central);
-    layout->addWidget(hint);
-    layout->addWidget(myLogin, 0, Qt::AlignLeft);
-    layout->addWidget(myLog, 1);
-    setCentralWidget(central);
+    auto* upper = new QSplitter(Qt::Horizontal, this);
+    upper->addWidget(myNavigation);
+    upper->addWidget(myPages);
+    upper->setSizes({navigationWidth, firstSize.width() - navigationWidth});
+    upper->setStretchFactor(1, 1);
+    auto* all = new QSplitter(Qt::Vertical, this);
+    all->addWidget(upper);
+    all->addWidget(myRecords);
+    all->setSizes({firstSize.height() - recordHeight, recordHeight});
+    all->setStretchFactor(0, 3);
+    all->setStretchFactor(1, 1);
+    setCentralWidget(all);
+}
+
+void VXSampleMainWindow::addPage(VXSamplePanel* thePage)
+{
+    myPages->addWidget(thePage);
+    auto* item = new QListWidgetItem(thePage->title(), myNavigation);
+    item->setSizeHint({navigationWidth / 2, fontMetrics().height() * 5 / 2});
+    connect(thePage, &VXSamplePanel::exchanged, this, [this] { myRecords->refresh(); });
+}
+
+void VXSampleMainWindow::showPage(int theIndex)
+{
+    myPages->setCurrentIndex(theIndex);
+    static_cast<VXSamplePanel*>(myPages->currentWidget())->activate();
+}
+
+void VXSampleMainWindow::createProgramMenu()
+{
+    QMenu* menu = menuBar()->addMenu(tr("&Programm"));
+    QAction* about = menu->addAction(tr("&Über dieses Programm"));
+    connect(about, &QAction::triggered, this, &VXSampleMainWindow::showAbout);
+    menu->addSeparator();
+    QAction* quit = menu->addAction(tr("&Beenden"));
+    quit->setShortcut(QKeySequence::Quit);
+    connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 
 void VXSampleMainWindow::createProblemMenu()
 {
-    myProblems = menuBar()->addMenu(tr("&Netzwerkprobleme"));
-    myProblems->setObjectName(u"problemMenu"_s);
+    QMenu* menu = menuBar()->addMenu(tr("&Netzwerkprobleme"));
+    menu->setObjectName(u"problemMenu"_s);
     for (const VXSampleProblem& problem : VXSampleProblems::all()) {
         QAction* action =
-            myProblems->addAction(QCoreApplication::translate("VXSampleProblems", problem.title));
+            menu->addAction(QCoreApplication::translate("VXSampleProblems", problem.title));
         action->setObjectName(problem.name);
-        connect(action, &QAction::triggered, this, [this, &problem] { cause(problem); });
+        connect(action, &QAction::triggered, this, [this, menu, &problem] {
+            menu->setEnabled(false); // an exchange handles events: one problem at a time
+            VXSampleProblemScene scene{myContext, this};
+            VXSampleProblems::run(problem, scene);
+            menu->setEnabled(true);
+            myRecords->refresh();
+        });
     }
 }
 
@@ -85,8 +136,12 @@ void VXSampleMainWindow::createUpdateMenu()
                          const QStringList& theArguments) {
         QAction* action = menu->addAction(theTitle);
         action->setObjectName(theName);
-        connect(action, &QAction::triggered, this,
-                [this, theArguments] { runCommand(theArguments); });
+        connect(action, &QAction::triggered, this, [this, menu, theArguments] {
+            menu->setEnabled(false); // an exchange handles events: one command at a time
+            const VXSampleCommandRun run(theArguments, myContext);
+            menu->setEnabled(true);
+            myRecords->refresh();
+        });
     };
     add(tr("Anmelden in einer Seite..."), u"loginEmbedded"_s, {u"login"_s, u"embedded"_s});
     add(tr("Aktualisierung..."), u"update"_s, {u"update"_s});
@@ -96,49 +151,79 @@ void VXSampleMainWindow::createUpdateMenu()
 void VXSampleMainWindow::createSettingsMenu()
 {
     QMenu* menu = menuBar()->addMenu(tr("&Einstellungen"));
-    QAction* network = menu->addAction(tr("Netzwerk..."));
+    QAction* network = menu->addAction(tr("&Netzwerk ..."));
     network->setObjectName(u"networkPreferences"_s);
+    network->setShortcut(QKeySequence(u"Ctrl+,"_s));
     connect(network, &QAction::triggered, this, &VXSampleMainWindow::editPreferences);
-    menu->addSeparator();
+    addSkins(menu->addMenu(tr("&Aussehen")));
+    addLanguages(menu->addMenu(tr("&Sprache")));
+}
 
+void VXSampleMainWindow::addSkins(QMenu* theMenu)
+{
     auto* skins = new QActionGroup(this);
-    const auto addSkin = [&](const QString& theTitle, int theMode) {
-        QAction* action = skins->addAction(menu->addAction(theTitle));
+    const auto add = [&](const QString& theTitle, int theMode) {
+        QAction* action = skins->addAction(theMenu->addAction(theTitle));
         action->setCheckable(true);
         action->setChecked(VXCSSSkinManager::instance()->currentMode() == theMode);
         connect(action, &QAction::triggered, this,
                 [theMode] { VXCSSSkinManager::instance()->setMode(theMode); });
     };
-    addSkin(tr("Hell"), VXCSSSkinManager::Light);
-    addSkin(tr("Dunkel"), VXCSSSkinManager::Dark);
+    add(tr("&Hell"), VXCSSSkinManager::Light);
+    add(tr("&Dunkel"), VXCSSSkinManager::Dark);
 }
 
-void VXSampleMainWindow::cause(const VXSampleProblem& theProblem)
+void VXSampleMainWindow::addLanguages(QMenu* theMenu)
 {
-    myProblems->setEnabled(false); // an exchange handles events: one problem at a time
-    VXSampleProblemScene scene{myContext, this};
-    VXSampleProblems::run(theProblem, scene);
-    myProblems->setEnabled(true);
+    auto* languages = new QActionGroup(this);
+    const QString current = VXLocaleAndTranslationManager::instance()->bcp47Name();
+    const auto add = [&](const QString& theTitle, const QString& theTag) {
+        QAction* action = languages->addAction(theMenu->addAction(theTitle));
+        action->setObjectName(u"language-"_s + theTag);
+        action->setCheckable(true);
+        action->setChecked(current.startsWith(theTag));
+        connect(action, &QAction::triggered, this, [this, theTag] { changeLanguage(theTag); });
+    };
+    add(u"&Deutsch"_s, u"de"_s); // each language in its own words
+    add(u"&English"_s, u"en"_s);
 }
 
-void VXSampleMainWindow::logIn()
+/// The error texts keep the language of their first use, so another one needs another start.
+void VXSampleMainWindow::changeLanguage(const QString& theTag)
 {
-    cause(*VXSampleProblems::find(u"login-wait"_s));
-}
-
-/// What the command line does; the result goes to standard output.
-void VXSampleMainWindow::runCommand(const QStringList& theArguments)
-{
-    const auto command = VXSampleCommandTable::find(theArguments.constFirst())->create();
-    QCommandLineParser parser;
-    command->addOptions(parser);
-    parser.parse(theArguments);
-    menuBar()->setEnabled(false); // an exchange handles events: one command at a time
-    command->run(parser, myContext);
-    menuBar()->setEnabled(true);
+    if (VXLocaleAndTranslationManager::instance()->bcp47Name().startsWith(theTag))
+        return;
+    const auto answer = QMessageBox::question(
+        this, tr("Sprache"), tr("Die Sprache wechselt mit einem Neustart. Jetzt neu starten?"));
+    if (answer != QMessageBox::Yes)
+        return;
+    QStringList arguments = QCoreApplication::arguments().sliced(1);
+    arguments = QStringList{u"--language"_s, theTag} + arguments; // a later one would win
+    const qsizetype older = arguments.indexOf(u"--language"_s, 2);
+    if (older >= 0)
+        arguments.remove(older, 2);
+    if (QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments))
+        close();
 }
 
 void VXSampleMainWindow::editPreferences()
 {
     VXSamplePreferencesDialog(this).exec();
+}
+
+void VXSampleMainWindow::showAbout()
+{
+    QMessageBox::about(
+        this, tr("Über dieses Programm"),
+        tr("%1 %2\n\nDas Beispielprogramm der Netzwerkbibliothek VXNetworking. Es spricht nur mit "
+           "dem eingebauten Dienst auf diesem Rechner, außer wenn Sie eine andere Adresse "
+           "eingeben.")
+            .arg(windowTitle(), QCoreApplication::applicationVersion()));
+}
+
+void VXSampleMainWindow::closeEvent(QCloseEvent* theEvent)
+{
+    for (int i = 0; i < myPages->count(); ++i)
+        static_cast<VXSamplePanel*>(myPages->widget(i))->cancel();
+    QMainWindow::closeEvent(theEvent);
 }

@@ -2,15 +2,15 @@
 
 #include <QtWidgets/QMainWindow>
 
+class QListWidget;
 class QMenu;
-class QPlainTextEdit;
-class QPushButton;
+class QStackedWidget;
+class VXSamplePanel;
+class VXSampleRecordTabs;
 struct VXSampleContext;
-struct VXSampleProblem;
 
-/// The main window: a menu of network problems, one of the login in a page and of updates, the
-/// network settings, the skins, and a login button that is disabled while a refused login has to
-/// wait. Main thread.
+/// The main window: on the left what the library can do, in the middle the chosen page, below what
+/// happened. Main thread.
 class VXSampleMainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -21,18 +21,26 @@ public:
     explicit VXSampleMainWindow(VXSampleContext& theContext);
     ~VXSampleMainWindow() override;
 
+protected:
+    /// Ends what the pages are waiting for.
+    void closeEvent(QCloseEvent* theEvent) override;
+
 private:
-    void createCentralWidget();
+    void createPages();
+    void addPage(VXSamplePanel* thePage);
+    void showPage(int theIndex);
+    void createProgramMenu();
     void createProblemMenu();
     void createUpdateMenu();
     void createSettingsMenu();
-    void cause(const VXSampleProblem& theProblem);
-    void logIn();
-    void runCommand(const QStringList& theArguments);
+    void addSkins(QMenu* theMenu);
+    void addLanguages(QMenu* theMenu);
+    void changeLanguage(const QString& theTag);
     void editPreferences();
+    void showAbout();
 
     VXSampleContext& myContext;
-    QMenu* myProblems = nullptr; // children of this
-    QPushButton* myLogin = nullptr;
-    QPlainTextEdit* myLog = nullptr;
+    QListWidget* myNavigation = nullptr; // children of this
+    QStackedWidget* myPages = nullptr;
+    VXSampleRecordTabs* myRecords = nullptr;
 };

@@ -19,6 +19,10 @@ public:
     /// Writes the result of the command: its last line on standard output.
     void result(const QJsonObject& theResult);
 
+    /// The last result that was written, empty when there is none since forgetResult().
+    [[nodiscard]] QJsonObject lastResult() const;
+    void forgetResult();
+
     /// Writes text for people, with a line feed at its end.
     void message(const QString& theText);
 
@@ -26,5 +30,8 @@ public:
     void text(const QString& theText);
 
 private:
-    QMutex myMutex; // guards both streams
+    void write(const QJsonObject& theLine);
+
+    mutable QMutex myMutex; // guards both streams and the last result
+    QJsonObject myLastResult;
 };

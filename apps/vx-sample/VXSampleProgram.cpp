@@ -58,6 +58,12 @@ QStringList withoutQtOptions(QStringList theArguments)
     return theArguments;
 }
 
+/// Without a command the window is meant.
+QStringList withDefaultCommand(const QStringList& theArguments)
+{
+    return theArguments.isEmpty() ? QStringList{u"gui"_s} : theArguments;
+}
+
 /// The deployment file of a program that was built but not installed; empty when there is none.
 QString fileBesideProgram()
 {
@@ -112,7 +118,8 @@ VXSampleExitCode VXSampleProgram::run()
         VXInitializer::instance()->runSetup(myOptions.offscreen ? VXInitializerOption::Headless
                                                                 : VXInitializerOption::Normal);
     showPartner();
-    const VXSampleExitCode result = runInEventLoop(parser.parser().positionalArguments());
+    const VXSampleExitCode result =
+        runInEventLoop(withDefaultCommand(parser.parser().positionalArguments()));
     if (hasWidgets)
         VXInitializer::instance()->runTeardown();
     return result;
@@ -138,10 +145,11 @@ VXSampleExitCode VXSampleProgram::readCommandLine()
     parser.parse(withoutQtOptions(commandLine(myCount, myArguments)));
     if (showWhatWasAskedFor(parser))
         return VXSampleExitCode::Success;
-    if (parser.positionalArguments().isEmpty())
-        return refuse(parser.errorText().isEmpty() ? u"which command?"_s : parser.errorText());
+    const QStringList arguments = withDefaultCommand(parser.positionalArguments());
+    if (parser.positionalArguments().isEmpty() && !parser.errorText().isEmpty())
+        return refuse(parser.errorText());
 
-    const QString name = parser.positionalArguments().constFirst();
+    const QString& name = arguments.constFirst();
     const VXSampleCommandRow* command = VXSampleCommandTable::find(name);
     if (!command)
         return refuse(u"there is no command \"%1\""_s.arg(name));

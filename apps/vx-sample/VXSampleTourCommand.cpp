@@ -48,7 +48,8 @@ VXSampleExitCode VXSampleTourCommand::tour(const QString& theFolder, const QStri
 {
     VXTourLog log;
     VXSimulatorControl control(theContext.simulator.port(u"control"_s));
-    VXTourWorld world{theContext.simulator, control, theContext.answers, log, QDir(theFolder)};
+    VXTourWorld world{theContext, theContext.simulator, control, theContext.answers,
+                      log,        QDir(theFolder)};
     VXTour tour(world, theContext.output);
     VXSampleMessages::setQuiet(true); // the provoked warnings are in tour.log
     tour.run(theGroups);

@@ -1,6 +1,7 @@
 #include "VXTour.h"
 
 #include "VXSampleOutput.h"
+#include "VXTourDialogSteps.h"
 #include "VXTourLog.h"
 #include "VXTourMethodSteps.h"
 #include "VXTourOrderSteps.h"
@@ -8,6 +9,9 @@
 #include "VXTourSecuritySteps.h"
 #include "VXTourTextSteps.h"
 #include "VXTourTransferSteps.h"
+#include "VXTourUploadSteps.h"
+#include "VXTourWebSteps.h"
+#include "VXTourWindowSteps.h"
 
 #include <QtCore/QElapsedTimer>
 
@@ -24,7 +28,8 @@ VXTour::VXTour(VXTourWorld& theWorld, VXSampleOutput& theOutput)
 QList<VXTourStep> VXTour::allSteps()
 {
     return VXTourOrderSteps::steps() + VXTourMethodSteps::steps() + VXTourTransferSteps::steps() +
-           VXTourTextSteps::steps() + VXTourSecuritySteps::steps();
+           VXTourTextSteps::steps() + VXTourDialogSteps::steps() + VXTourSecuritySteps::steps() +
+           VXTourWebSteps::steps() + VXTourUploadSteps::steps() + VXTourWindowSteps::steps();
 }
 
 QStringList VXTour::groups()
@@ -51,7 +56,7 @@ void VXTour::run(const QStringList& theGroups)
 
 VXTourRow VXTour::runStep(const VXTourStep& theStep)
 {
-    VXTourRow row{theStep.group, theStep.what, {}, {}, {}};
+    VXTourRow row{theStep.group, theStep.what, {}, {}, {}, {}};
     myWorld.log.note(u"== %1"_s.arg(theStep.what));
     QElapsedTimer timer;
     timer.start();

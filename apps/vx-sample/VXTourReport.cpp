@@ -39,6 +39,9 @@ QString writeFile(const QString& thePath, const QByteArray& theBytes)
 QString htmlRow(const VXTourRow& theRow, qsizetype theNumber)
 {
     QString answer = theRow.answer.toHtmlEscaped();
+    for (const QString& picture : theRow.pictures)
+        answer += u"<br><a href=\"%1\"><img src=\"%1\" alt=\"%1\" loading=\"lazy\"></a>"_s.arg(
+            picture.toHtmlEscaped());
     for (const QString& complaint : theRow.complaints)
         answer += u"<br><b>%1</b>"_s.arg(complaint.toHtmlEscaped());
     return u"<tr class=\"%1\"><td>%2</td><td>%3</td><td>%4</td><td>%5</td><td>%6</td></tr>\n"_s.arg(
@@ -116,6 +119,7 @@ QByteArray VXTourReport::html() const
                          "border-bottom:1px solid #ddd}\n"
                          ".good td:last-child{color:#17692b}\n"
                          ".bad td{background:#fde8e8}.bad td:last-child{color:#a11}\n"
+                         "img{max-width:100%;max-height:24em;border:1px solid #ddd;margin:.4em 0}\n"
                          "</style></head><body>\n<h1>VXNetworking tour</h1>\n"
                          "<p>%1. Each row is compared with what the simulator recorded: method, "
                          "address, headers, SHA-256 of the body. <a href=\"tour.json\">tour.json"

@@ -15,5 +15,6 @@ QJsonObject VXTourRow::toJson() const
             {u"checked"_s, isGood()},
             {u"complaints"_s, QJsonArray::fromStringList(complaints)},
             {u"milliseconds"_s, milliseconds},
+            {u"pictures"_s, QJsonArray::fromStringList(pictures)},
             {u"recorded"_s, requests}};
 }

@@ -12,6 +12,7 @@ struct VXTourRow
     QString answer;
     QStringList complaints; ///< empty: everything is as the simulator recorded it
     QList<QJsonObject> recorded;
+    QStringList pictures; ///< file names in the tour's folder
     qint64 milliseconds = 0;
 
     [[nodiscard]] bool isGood() const { return complaints.isEmpty(); }

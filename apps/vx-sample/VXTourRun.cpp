@@ -6,6 +6,7 @@
 #include "VXSimulatorControl.h"
 #include "VXTourLog.h"
 #include "VXTourRow.h"
+#include "VXTourVisitor.h"
 
 #include <VXNetworking/VXHttpOperation.h>
 
@@ -95,6 +96,18 @@ void VXTourRun::expectEcho(const QByteArray& theAnswer, const VXRecordedRequest&
     for (const QString& key : {u"method"_s, u"target"_s, u"bodySha256"_s})
         expectEqual<QString>(u"the answer's "_s + key, answer.value(key).toString(),
                              record.value(key).toString());
+}
+
+void VXTourRun::photograph(QWidget* theWidget, const QString& theFileName)
+{
+    VXTourVisitor::photograph(theWidget, world.folder.filePath(theFileName));
+    addPicture(theFileName);
+}
+
+void VXTourRun::addPicture(const QString& theFileName)
+{
+    expect(world.folder.exists(theFileName), u"the picture %1 is missing"_s.arg(theFileName));
+    myRow.pictures << theFileName;
 }
 
 void VXTourRun::expectQuestions(int theWanted)

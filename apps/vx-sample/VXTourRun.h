@@ -7,16 +7,19 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QList>
 
+class QWidget;
 class VXHttpOperation;
 class VXSampleAnswers;
 class VXSampleSimulator;
 class VXSimulatorControl;
 class VXTourLog;
+struct VXSampleContext;
 struct VXTourRow;
 
 /// What the tour works with. Main thread.
 struct VXTourWorld
 {
+    VXSampleContext& context;
     const VXSampleSimulator& simulator;
     VXSimulatorControl& control;
     VXSampleAnswers& answers;
@@ -62,6 +65,12 @@ public:
 
     /// Expects that an answer of the simulator's "/echo" says what the simulator recorded.
     void expectEcho(const QByteArray& theAnswer, const VXRecordedRequest& theRequest);
+
+    /// Takes a picture of the widget into the tour's folder.
+    void photograph(QWidget* theWidget, const QString& theFileName);
+
+    /// Shows a picture that is in the tour's folder already; a missing one is a complaint.
+    void addPicture(const QString& theFileName);
 
     /// Expects so many questions since the row began.
     void expectQuestions(int theWanted);

@@ -90,7 +90,8 @@ QBoxLayout* VXBrowserDialog::createControls(QWidget* theMainArea)
     myLoadButton->setAutoDefault(false);
     myPrintButton = createToolButton(tr("Drucken"), theMainArea);
     mySaveButton = createToolButton(tr("Speichern"), theMainArea);
-    row->addWidget(myUrlEdit);
+    row->addStretch(); // takes the room only while the address line is hidden
+    row->addWidget(myUrlEdit, 1);
     row->addWidget(myLoadButton);
     row->addWidget(myPrintButton);
     row->addWidget(mySaveButton);

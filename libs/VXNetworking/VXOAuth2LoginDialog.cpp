@@ -33,6 +33,7 @@ VXOAuth2LoginDialog::VXOAuth2LoginDialog(const QUrl& theUrl, const QString& theS
     auto* const layout = new QGridLayout(this);
     layout->addWidget(createUrlBar(), 0, 0, 1, 2);
     layout->addWidget(createWebEngineView(theUrl), 1, 0, 1, 2);
+    layout->setRowStretch(1, 1);
     if (myOptions.testFlag(SaveLoginDataOption))
         layout->addWidget(createCheckBox(), 2, 1);
     layout->addWidget(createButtonBox(), 3, 1);

@@ -1,0 +1,166 @@
+#include "VXSampleWebPanel.h"
+
+#include "VXSampleCommandRun.h"
+#include "VXSampleContext.h"
+#include "VXSampleSimulator.h"
+
+#include <VXCore/VXDirectoryConfig.h>
+#include <VXNetworking/VXBrowserDialog.h>
+#include <VXNetworking/VXJavaScriptExecutor.h>
+#include <VXNetworking/VXWebView.h>
+
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonValue>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QProgressBar>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString shown(const QVariant& theValue)
+{
+    const QJsonValue value = QJsonValue::fromVariant(theValue);
+    if (value.isObject())
+        return QString::fromUtf8(QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact));
+    return theValue.toString();
+}
+
+} // namespace
+
+VXSampleWebPanel::VXSampleWebPanel(VXSampleContext& theContext, QWidget* theParent)
+    : VXSamplePanel(tr("Webinhalte"),
+                    tr("Seiten der Anwendung in einer Webansicht. Links ins Netz öffnen sich "
+                       "draußen, im Browser des Kunden."),
+                    theParent)
+    , myContext(theContext)
+{
+    addPageButtons();
+    addAddressLine();
+    myViewPlace = new QVBoxLayout;
+    content()->addLayout(myViewPlace, 1);
+    addScriptLine();
+}
+
+VXSampleWebPanel::~VXSampleWebPanel() = default;
+
+void VXSampleWebPanel::addPageButtons()
+{
+    auto* row = new QHBoxLayout;
+    const auto add = [this, row](const QString& theText, const QString& theName, auto theAction) {
+        auto* button = new QPushButton(theText, this);
+        button->setObjectName(theName);
+        connect(button, &QPushButton::clicked, this, theAction);
+        row->addWidget(button);
+    };
+    add(tr("&Startbildschirm"), u"startButton"_s,
+        [this] { open(u"tov://localhost/index.html"_s); });
+    add(tr("&3D-Szene"), u"sceneButton"_s,
+        [this] { open(u"tov://localhost/threejs/index.html"_s); });
+    add(tr("&Buchvorschlag"), u"proposalButton"_s,
+        [this] { open(u"tov://localhost/autoBookProposal/proposal.html"_s); });
+    add(tr("&Quittung ..."), u"receiptButton"_s, [this] { openReceipt(); });
+    add(tr("Beste&llübersicht ..."), u"summaryButton"_s, [this] { openOrderSummary(); });
+    row->addStretch(1);
+    content()->addLayout(row);
+}
+
+void VXSampleWebPanel::addAddressLine()
+{
+    myAddress = new QLineEdit(this);
+    myAddress->setObjectName(u"webAddressEdit"_s);
+    myAddress->setAccessibleName(tr("Adresse der Seite"));
+    myAddress->setPlaceholderText(tr("Adresse der Seite"));
+    connect(myAddress, &QLineEdit::returnPressed, this, [this] { open(myAddress->text()); });
+    myProgress = new QProgressBar(this);
+    myProgress->setTextVisible(false);
+    myProgress->setFixedWidth(120);
+    myProgress->setAccessibleName(tr("Fortschritt"));
+    auto* row = new QHBoxLayout;
+    row->addWidget(myAddress, 1);
+    row->addWidget(myProgress);
+    content()->addLayout(row);
+}
+
+void VXSampleWebPanel::addScriptLine()
+{
+    myScript = new QLineEdit(u"document.title"_s, this);
+    myScript->setObjectName(u"scriptEdit"_s);
+    myScript->setAccessibleName(tr("Skript"));
+    auto* run = new QPushButton(tr("Skript aus&führen"), this);
+    run->setObjectName(u"scriptButton"_s);
+    connect(run, &QPushButton::clicked, this, &VXSampleWebPanel::runScript);
+    connect(myScript, &QLineEdit::returnPressed, this, &VXSampleWebPanel::runScript);
+    myResult = new QLabel(tr("Noch kein Skript ausgeführt."), this);
+    myResult->setObjectName(u"scriptResult"_s);
+    myResult->setTextFormat(Qt::PlainText);
+    myResult->setWordWrap(true);
+    auto* row = new QHBoxLayout;
+    row->addWidget(myScript, 1);
+    row->addWidget(run);
+    content()->addLayout(row);
+    content()->addWidget(myResult);
+}
+
+void VXSampleWebPanel::activate()
+{
+    if (!myView)
+        createView();
+}
+
+void VXSampleWebPanel::createView()
+{
+    myView.reset(VXWebView::createWebView(this, true));
+    myViewPlace->addWidget(myView->nativeWidget());
+    myView->nativeWidget()->setMinimumHeight(120);
+    connect(myView.get(), &VXWebView::urlChanged, this, [this](const QUrl& theUrl) {
+        myAddress->setText(theUrl.toString(QUrl::RemoveUserInfo));
+    });
+    connect(myView.get(), &VXWebView::loadProgress, myProgress, &QProgressBar::setValue);
+    open(u"tov://localhost/index.html"_s);
+}
+
+void VXSampleWebPanel::open(const QString& theAddress)
+{
+    const QUrl url = theAddress.startsWith(u'/') ? myContext.simulator.address(theAddress)
+                                                 : QUrl::fromUserInput(theAddress);
+    if (url.isValid())
+        myView->setUrl(url);
+    else
+        myResult->setText(tr("\"%1\" ist keine Adresse.").arg(theAddress));
+}
+
+/// In a dialog of its own, with buttons that print the page and save it as PDF.
+void VXSampleWebPanel::openReceipt()
+{
+    VXBrowserDialog dialog(window(), true, true);
+    dialog.setAdjustSizeEnabled(true);
+    dialog.setUrl(QUrl::fromLocalFile(VXDirectoryConfig::instance()->htmlPath(u"/receipt.html"_s)));
+    dialog.exec();
+}
+
+void VXSampleWebPanel::openOrderSummary()
+{
+    const VXSampleCommandRun run({u"channel"_s, u"--page"_s, u"ordersummary"_s}, myContext);
+    myResult->setText(run.isSuccess() ? tr("Die Bestellübersicht ist geschlossen.")
+                                      : tr("Die Bestellübersicht ließ sich nicht öffnen."));
+}
+
+void VXSampleWebPanel::runScript()
+{
+    const QString script = myScript->text();
+    VXJavaScriptExecutor executor(myView.get());
+    executor.addScriptSource(script);
+    executor.execute(); // handles events until the page has answered
+    myResult->setText(tr("Ergebnis: %1").arg(shown(executor.result(script))));
+}
+
+void VXSampleWebPanel::cancel()
+{
+    if (myView)
+        myView->stop();
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtCore/QVariant>
+
+class QWebEngineView;
+
+/// A page in front of the tour's camera. Main thread; the calls handle events.
+class VXTourWebPage
+{
+public:
+    /// What a script returns; invalid when the page did not answer in time.
+    static QVariant run(QWebEngineView& theView, const QString& theScript);
+
+    /// Waits until a page other than the empty one is there and drawn. False when it takes longer
+    /// than 20 seconds.
+    static bool waitUntilDrawn(QWebEngineView& theView);
+
+    /// The same for any condition, a script that returns true or false.
+    static bool waitUntilTrue(QWebEngineView& theView, const QString& theScript);
+};

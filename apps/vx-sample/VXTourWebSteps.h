@@ -1,0 +1,10 @@
+#pragma once
+
+#include "VXTourStep.h"
+
+/// Web content: pages of the scheme, scripts, the dialogs around pages, printing to PDF.
+class VXTourWebSteps
+{
+public:
+    static QList<VXTourStep> steps();
+};
