@@ -121,7 +121,7 @@ constexpr std::array rows{
 };
 static_assert(std::ranges::is_sorted(rows, {}, [](const Row& theRow) {
     return std::string_view(theRow.key);
-}));
+})); // findRow() halves
 
 // What a host's own cloud sessions are made of: "Cloud/<name>/<one of these>".
 constexpr std::array cloudRows{
@@ -131,13 +131,19 @@ constexpr std::array cloudRows{
     Row{"scope", Kind::Text, ""},          Row{"serviceName", Kind::Text, ""},
     Row{"tokenUrl", Kind::Url, ""},
 };
+static_assert(std::ranges::is_sorted(cloudRows, {}, [](const Row& theRow) {
+    return std::string_view(theRow.key);
+}));
 
 template <typename Rows>
 const Row* findRow(const Rows& theRows, const QString& theKey)
 {
-    const auto row = std::ranges::find_if(
-        theRows, [&theKey](const Row& theRow) { return theKey == QLatin1StringView(theRow.key); });
-    return row == theRows.end() ? nullptr : &*row;
+    // Every request looks some keys up.
+    const auto row = std::lower_bound(theRows.begin(), theRows.end(), theKey,
+                                      [](const Row& theRow, const QString& theWanted) {
+                                          return QLatin1StringView(theRow.key) < theWanted;
+                                      });
+    return row == theRows.end() || theKey != QLatin1StringView(row->key) ? nullptr : &*row;
 }
 
 const Row* findRow(const QString& theKey)
