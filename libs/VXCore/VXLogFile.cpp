@@ -3,6 +3,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -13,11 +14,12 @@ namespace {
 constexpr int keptFiles = 3;
 constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
 
-bool isControl(QChar theChar)
+/// A control character but the tab; the separators count as line ends in many viewers.
+bool needsEscape(QChar theChar)
 {
     const char16_t code = theChar.unicode();
-    // The separators count as line ends in many viewers.
-    return code < 0x20 || (code >= 0x7f && code < 0xa0) || code == 0x2028 || code == 0x2029;
+    return (code < 0x20 && code != u'\t') || (code >= 0x7f && code < 0xa0) || code == 0x2028 ||
+           code == 0x2029;
 }
 
 } // namespace
@@ -30,10 +32,12 @@ VXLogFile::VXLogFile(const QString& theFile, qint64 theMaximumSize)
 
 QString VXLogFile::escaped(const QString& theText)
 {
+    if (std::ranges::none_of(theText, needsEscape))
+        return theText;
     QString result;
     result.reserve(theText.size());
     for (const QChar character : theText) {
-        if (isControl(character) && character != u'\t')
+        if (needsEscape(character))
             result += u"\\x%1"_s.arg(static_cast<uint>(character.unicode()), 2, 16, QChar(u'0'));
         else
             result += character;

@@ -7,7 +7,9 @@
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QThread>
 
+#include <array>
 #include <atomic>
+#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -41,16 +43,36 @@ QLatin1StringView levelName(QtMsgType theType)
     return "unknown"_L1;
 }
 
-// "2026-11-21T08:15:30.123 7f2a3c info: text"; further lines of the text are indented, so that
-// none of them looks like a record of its own.
-QString stamped(QLatin1StringView theLevel, const QString& theText)
+// Qt::ISODateWithMs in local time. Qt's own way to write it takes longer than all the rest of a
+// line.
+QString timeStamp()
 {
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDate date = now.date();
+    const QTime time = now.time();
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d.%03d", date.year(),
+                  date.month(), date.day(), time.hour(), time.minute(), time.second(), time.msec());
+    return QString::fromLatin1(text.data());
+}
+
+// Further lines of a text are indented, so that none of them looks like a record of its own.
+QString asOneRecord(const QString& theText)
+{
+    if (!theText.contains(u'\n'))
+        return VXLogFile::escaped(theText);
     QStringList lines = theText.split(u'\n');
     for (QString& line : lines)
         line = VXLogFile::escaped(line);
+    return lines.join("\n\t"_L1);
+}
+
+// "2026-11-21T08:15:30.123 7f2a3c info: text"
+QString stamped(QLatin1StringView theLevel, const QString& theText)
+{
     const auto thread = reinterpret_cast<quintptr>(QThread::currentThreadId());
-    return u"%1 %2 %3: %4"_s.arg(QDateTime::currentDateTime().toString(Qt::ISODateWithMs),
-                                 QString::number(thread, 16), theLevel, lines.join("\n\t"_L1));
+    return timeStamp() + u' ' + QString::number(thread, 16) + u' ' + theLevel + ": "_L1 +
+           asOneRecord(theText);
 }
 
 } // namespace
@@ -89,8 +111,7 @@ void VXLogger::legacyLog(const QString& theText, bool theIsFlushed)
 
 void VXLogger::logQRUpload(const QString& theLine)
 {
-    const QString time = QDateTime::currentDateTime().toString(Qt::ISODateWithMs);
-    write(uploadChannel, theLine, time + u' ' + VXLogFile::escaped(theLine), true);
+    write(uploadChannel, theLine, timeStamp() + u' ' + VXLogFile::escaped(theLine), true);
 }
 
 void VXLogger::addToOffSetTimes(int theMilliseconds)
