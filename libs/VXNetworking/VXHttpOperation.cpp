@@ -113,6 +113,44 @@ bool isCutOff(const QNetworkReply& theReply, int theStatus, qsizetype theBodySiz
            theBodySize < announced.toLongLong();
 }
 
+/// What follows the backslash for theByte in Qt's debug stream; 0 when the byte needs none.
+constexpr char escapeOf(char theByte)
+{
+    switch (theByte) {
+    case '"':
+    case '\\':
+        return theByte;
+    case '\n':
+        return 'n';
+    case '\r':
+        return 'r';
+    case '\t':
+        return 't';
+    default:
+        return 0;
+    }
+}
+
+/// theBytes as Qt's debug stream shows them. It appends them one by one, which takes longer than
+/// everything else about a failed exchange; text that is printable is put down here.
+QString quoted(const QByteArray& theBytes)
+{
+    QString text(2 * theBytes.size() + 2, Qt::Uninitialized);
+    QChar* end = text.data();
+    *end++ = u'"';
+    for (const char byte : theBytes) {
+        const char escape = escapeOf(byte);
+        if (escape == 0 && (byte < ' ' || byte > '~'))
+            return QDebug::toString(theBytes);
+        if (escape != 0)
+            *end++ = u'\\';
+        *end++ = QLatin1Char(escape != 0 ? escape : byte);
+    }
+    *end++ = u'"';
+    text.truncate(end - text.constData());
+    return text;
+}
+
 bool writeAll(QFileDevice& theFile, const QByteArray& theBytes)
 {
     return theFile.write(theBytes) == theBytes.size() && theFile.flush();
@@ -317,7 +355,7 @@ void VXHttpOperation::noteFailure(const QNetworkReply& theReply, const QByteArra
     qInfo() << " url: " << myUrl;
     qInfo() << " body:" << VXStringHelper::hidePasswords(QString::fromUtf8(myPayload));
     qInfo() << " http:" << myHttpResponseCode;
-    qInfo() << " answer:" << theBody;
+    qInfo().noquote() << " answer:" << quoted(theBody);
     qInfo() << " got: " << theErrorText;
     logError(theErrorText);
 }

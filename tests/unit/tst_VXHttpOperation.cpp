@@ -298,6 +298,8 @@ private Q_SLOTS:
     void dateIsReadInEveryZone();
     void failureIsLoggedInFixedOrder();
     void debugOutputShowsTheRequestIdOnly();
+    void answerIsLoggedAsTheDebugStreamShowsIt_data();
+    void answerIsLoggedAsTheDebugStreamShowsIt();
     void passwordsAreMaskedInTheFailureBlock();
 
     void brokenPeerGivesItsCode_data();
@@ -638,6 +640,39 @@ void tst_VXHttpOperation::debugOutputShowsTheRequestIdOnly()
     QVERIFY(!operation.isKnownHeader(u"Authorization"_s));
     QVERIFY(!operation.isKnownHeader(u"zel-request-id "_s));
     QVERIFY(!operation.isKnownHeader(QString()));
+}
+
+void tst_VXHttpOperation::answerIsLoggedAsTheDebugStreamShowsIt_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QString>("shown"); // empty: whatever the stream makes of it
+
+    QTest::newRow("nothing") << QByteArray() << u"\"\""_s;
+    QTest::newRow("plain") << QByteArray("<p>~ 1</p>") << u"\"<p>~ 1</p>\""_s;
+    QTest::newRow("quotation marks") << QByteArray(R"({"a":"\\"})") << uR"("{\"a\":\"\\\\\"}")"_s;
+    QTest::newRow("line ends") << QByteArray("a\r\n\tb\n") << uR"("a\r\n\tb\n")"_s;
+    QTest::newRow("umlaut") << QByteArray("\xc3\xa4") << uR"("\xC3\xA4")"_s;
+    QTest::newRow("NUL before a digit") << QByteArray("x\0001", 3) << QString();
+    QByteArray every;
+    for (int byte = 0; byte < 256; ++byte)
+        every.append(static_cast<char>(byte));
+    QTest::newRow("every byte") << every << QString();
+}
+
+void tst_VXHttpOperation::answerIsLoggedAsTheDebugStreamShowsIt()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QString, shown);
+    VXRawPeer peer;
+    peer.setAnswer(VXRawAnswer::http(404, body));
+    const VXLogCapture log;
+    QVERIFY(!get(peer.url()).send());
+
+    QString streamed;
+    QDebug(&streamed).nospace() << body;
+    QVERIFY(log.texts().contains(u" answer: "_s + streamed));
+    if (!shown.isEmpty())
+        QCOMPARE(streamed, shown);
 }
 
 void tst_VXHttpOperation::passwordsAreMaskedInTheFailureBlock()
