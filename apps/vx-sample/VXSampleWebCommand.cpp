@@ -35,6 +35,20 @@ constexpr std::chrono::seconds longestDrawing{5};
 const QString drawnScript = u"vxIsDrawn = false; requestAnimationFrame(() => "
                             "requestAnimationFrame(() => { vxIsDrawn = true; })); true"_s;
 
+/// Ends with the load, a signal or --exit-after.
+bool waitForLoad(const VXWebView& theView)
+{
+    QEventLoop loop;
+    bool isLoaded = false;
+    QObject::connect(&theView, &VXWebView::loadFinished, &loop, [&](bool theIsOk) {
+        isLoaded = theIsOk;
+        // Queued, so that the page is adapted before our scripts run.
+        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+    });
+    loop.exec();
+    return isLoaded;
+}
+
 } // namespace
 
 void VXSampleWebCommand::addOptions(QCommandLineParser& theParser) const
@@ -74,18 +88,14 @@ VXSampleExitCode VXSampleWebCommand::run(const QCommandLineParser& theArguments,
     return isWell ? VXSampleExitCode::Success : VXSampleExitCode::LibraryError;
 }
 
+/// The dialog's own empty page first: when it is still on its way, its end would pass for that of
+/// ours, and scripts would be lost with it.
 bool VXSampleWebCommand::load(VXBrowserDialog& theDialog, const QUrl& theUrl)
 {
-    QEventLoop loop; // ends with the load, a signal or --exit-after
-    bool isLoaded = false;
-    QObject::connect(theDialog.webView(), &VXWebView::loadFinished, &loop, [&](bool theIsOk) {
-        isLoaded = theIsOk;
-        // Queued, so that the page is adapted before our scripts run.
-        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
-    });
+    if (!waitForLoad(*theDialog.webView()))
+        return false;
     theDialog.setUrl(theUrl);
-    loop.exec();
-    return isLoaded;
+    return waitForLoad(*theDialog.webView());
 }
 
 QJsonArray VXSampleWebCommand::runScripts(const VXBrowserDialog& theDialog,
