@@ -24,7 +24,9 @@ VXHttpRangeHeaderInfo::VXHttpRangeHeaderInfo(const QString& theRangeHeader, qint
 
     myStart = match.capturedView(1).toLongLong();
     const QStringView end = match.capturedView(2);
-    myEnd = end.isEmpty() ? theTotal - 1 : end.toLongLong();
+    // Unsigned, for a total of the smallest number
+    const auto last = static_cast<qint64>(static_cast<quint64>(theTotal) - 1);
+    myEnd = end.isEmpty() ? last : end.toLongLong();
 }
 
 VXHttpRangeHeaderInfo::~VXHttpRangeHeaderInfo() = default;

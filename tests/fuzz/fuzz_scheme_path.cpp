@@ -1,5 +1,8 @@
 #include "VXFuzzTarget.h"
 
+#include <VXNetworking/VXUrlSchemeHandler.h>
+
+#include <VXCore/VXBasisSettings.h>
 #include <VXCore/VXDirectoryConfig.h>
 
 #include <QtCore/QDir>
@@ -55,6 +58,24 @@ void checkFound(const QString& thePath, Root theRoot)
     VXFuzzTarget::check(QFileInfo(thePath).isFile(), "an asset is a file");
 }
 
+/// What a page of the application's own scheme gets: a file of one of the three kinds of pages, or
+/// the picture that this process renders.
+void checkAnswer(const QString& thePath)
+{
+    const VXUrlSchemeHandler handler;
+    const QFileInfo file = handler.fileInfo(thePath);
+    VXFuzzTarget::check(!handler.contentType(file).isEmpty(), "every file has a type");
+    if (!file.exists())
+        return;
+    const QString found = file.canonicalFilePath();
+    const VXDirectoryConfig& assets = *VXDirectoryConfig::instance();
+    const bool isPage = found.startsWith(assets.root(Root::StartScreen) + u'/') ||
+                        found.startsWith(assets.root(Root::Html) + u'/') ||
+                        found.startsWith(assets.root(Root::BookProposals) + u'/');
+    const QString pictures = VXBasisSettings::instance()->temporaryDirectory() + u"/scene-"_s;
+    VXFuzzTarget::check(isPage || found.startsWith(pictures), "a page gets pages only");
+}
+
 } // namespace
 
 /// A path that a page or a phone asks for.
@@ -68,9 +89,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     const VXDirectoryConfig& assets = *VXDirectoryConfig::instance();
     checkFound(assets.oAuthSupportAsset(path), Root::OAuthSupport);
     checkFound(assets.qrUploadAsset(path), Root::QrUpload);
-    checkFound(assets.findBookProposalFile(path), Root::BookProposals);
+    checkBelow(assets.findBookProposalFile(path), Root::BookProposals);
     checkBelow(assets.startScreenHtmlPath(path, false), Root::StartScreen);
     checkBelow(assets.htmlPath(path), Root::Html);
+    checkAnswer(path);
     VXFuzzTarget::planted(!assets.qrUploadAsset(path).isEmpty() && path.size() > 2);
     return 0;
 }
