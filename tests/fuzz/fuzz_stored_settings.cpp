@@ -23,7 +23,7 @@ void readCipher(const QString& theText)
     const QString old = VXEncoder::decodeString(theText);
     VXFuzzTarget::check(old.isEmpty() || VXEncoder::encodeString(old) == theText,
                         "the old form has one spelling");
-    VXFuzzTarget::planted(old.startsWith(u"ab"));
+    VXFuzzTarget::planted(old.size() > 4);
 }
 
 void readProxy(const QString& theText)

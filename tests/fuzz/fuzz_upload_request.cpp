@@ -35,6 +35,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     const QString folder = u"/photos"_s;
     const QString path = QDir::cleanPath(folder + u'/' + stored);
     VXFuzzTarget::check(path == folder + u'/' + stored, "a photo lies in its folder");
-    VXFuzzTarget::planted(!token.isEmpty() && query != token && stored.startsWith(u"ab"));
+    VXFuzzTarget::planted(!token.isEmpty() && query != token && stored.size() > 20);
     return 0;
 }

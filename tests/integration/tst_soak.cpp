@@ -140,9 +140,9 @@ void tst_soak::requestsLeaveNothing()
 {
     VXTestCertificates certificates;
     VXNginxServer server(certificates.leaf());
+    server.addDocument(u"answer"_s, "0123456789");
     QVERIFY2(server.start(), qPrintable(server.errorString()));
-    server.addDocument(u"small"_s, "0123456789");
-    const QUrl good = server.url(u"/small"_s);
+    const QUrl good = server.url(u"/answer"_s);
     const QUrl missing = server.url(u"/missing"_s);
 
     int turn = 0;
@@ -159,9 +159,9 @@ void tst_soak::shortLivedThreadsLeaveNothing()
 {
     VXTestCertificates certificates;
     VXNginxServer server(certificates.leaf());
+    server.addDocument(u"answer"_s, "0123456789");
     QVERIFY2(server.start(), qPrintable(server.errorString()));
-    server.addDocument(u"small"_s, "0123456789");
-    const QUrl url = server.url(u"/small"_s);
+    const QUrl url = server.url(u"/answer"_s);
 
     soak(threadCount, [&url] {
         bool isAnswered = false;
