@@ -1,7 +1,8 @@
 #include "VXLan.h"
 #include "VXNginxServer.h"
-#include "VXPlainHttpClient.h"
+#include "VXPhoneSocket.h"
 #include "VXTestMain.h"
+#include "VXWorker.h"
 
 #include <VXCore/VXDeploymentConfig.h>
 #include <VXNetworking/VXHttpOperation.h>
@@ -102,7 +103,7 @@ private:
 void tst_soak::initTestCase()
 {
     QCOMPARE(VXLan::missingRight(), QString());
-    QLoggingCategory::setFilterRules(u"default.debug=false\ndefault.info=false"_s);
+    QLoggingCategory::setFilterRules(u"*.debug=false\n*.info=false\nsoak.info=true"_s);
     VXDeploymentConfig::instance()->setList(u"Platform/wifiNames"_s, {});
     const rlimit limit{descriptorLimit, descriptorLimit};
     QCOMPARE(::setrlimit(RLIMIT_NOFILE, &limit), 0);
@@ -182,16 +183,25 @@ void tst_soak::uploadsLeaveNothing()
     service.setTargetFolder(folder.path());
     service.start();
     const QByteArray token = service.nextToken().toLatin1();
-    VXPlainHttpClient phone(QHostAddress(service.url().host()),
-                            static_cast<quint16>(service.url().port()));
-    QCOMPARE(phone.ask("GET /translations.json?" + token).status, 200);
+    const QByteArray host = service.url().host().toLatin1();
+    const auto port = static_cast<quint16>(service.url().port());
 
+    // The phone sends from a thread of its own, a hundred photos in a visit.
+    constexpr int visit = 100;
     const QByteArray photo = "0123456789abcdef"_ba.repeated(1024);
-    int turn = 0;
-    soak(uploadCount, [&] {
-        const QByteArray name = "IMG_" + QByteArray::number(++turn % 20) + ".JPG";
-        return phone.ask("POST /upload?file=" + name, {"Cookie: sid=" + token}, photo).status ==
-               200;
+    soak(uploadCount / visit, [&] {
+        return visit == vxRun(VXWhere::Worker, [&] {
+                   VXPhoneSocket phone(host, port);
+                   int stored = 0;
+                   phone.ask("/translations.json?" + token);
+                   for (int turn = 0; turn < visit; ++turn) {
+                       const QByteArray name = "IMG_" + QByteArray::number(turn % 20) + ".JPG";
+                       stored += VXPhoneSocket::status(phone.ask("/upload?file=" + name,
+                                                                 "Cookie: sid=" + token + "\r\n",
+                                                                 photo)) == 200;
+                   }
+                   return stored;
+               });
     });
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 20);
 }
