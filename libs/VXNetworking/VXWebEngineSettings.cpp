@@ -57,6 +57,7 @@ VXWebEngineSettings::VXWebEngineSettings()
     clearChromiumCache();
     VXWebEngineSettings::loadSettings();
     installUrlSchemeHandler();
+    myIsStarted = true;
 }
 
 VXWebEngineSettings::~VXWebEngineSettings() = default;
@@ -82,14 +83,25 @@ QString VXWebEngineSettings::chromiumCachePath() const
 
 void VXWebEngineSettings::clearChromiumCache() const
 {
-    profile()->clearHttpCache();
+    clearHttpCache();
     VXFileHandler::recursiveRemove(chromiumCachePath());
+}
+
+// What caches nothing is left alone. Qt 6.4.2 pays for clearing it: the next load from a server
+// hangs for ever now and then (3 of 16 starts), and the engine may make the folder again that is
+// deleted.
+void VXWebEngineSettings::clearHttpCache() const
+{
+    const bool isEmpty = profile()->isOffTheRecord() &&
+                         (!myIsStarted || profile()->httpCacheType() == QWebEngineProfile::NoCache);
+    if (!isEmpty)
+        profile()->clearHttpCache();
 }
 
 void VXWebEngineSettings::cleanup()
 {
     profile()->clearAllVisitedLinks();
-    profile()->clearHttpCache();
+    clearHttpCache();
     clearChromiumCache();
 }
 

@@ -39,7 +39,7 @@ public:
     /// Where the engine may store something: below the folder for temporary files.
     [[nodiscard]] QString chromiumCachePath() const;
 
-    /// Empties the HTTP cache and deletes chromiumCachePath().
+    /// Empties the HTTP cache, if the profile has one, and deletes chromiumCachePath().
     void clearChromiumCache() const;
 
     /// At the end of the program: forgets visited links as well.
@@ -57,5 +57,8 @@ public:
     void deleteCookies(const QString& theDomain);
 
 private:
+    void clearHttpCache() const;
+
     QList<QNetworkCookie> myCookies; // as the engine told, from our beginning on
+    bool myIsStarted = false;        // the constructor is over
 };

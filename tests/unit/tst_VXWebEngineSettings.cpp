@@ -105,6 +105,67 @@ int secondInstallKeepsTheFirst()
     return 0;
 }
 
+/// A program that has shown a page: until then the engine is still making its folders.
+void runSetupAndShowPage()
+{
+    VXInitializer::instance()->runSetup(VXInitializerOption::Headless);
+    QWebEnginePage page;
+    QSignalSpy finished(&page, &QWebEnginePage::loadFinished);
+    page.setHtml(u"<p>page</p>"_s);
+    if (!finished.wait(engineTime))
+        VXProbe::print(u"no page"_s);
+}
+
+int clearingDeletes()
+{
+    runSetupAndShowPage();
+    const bool isPut = putIntoCache();
+    settings()->clearChromiumCache();
+    VXProbe::print(isPut && !QFileInfo::exists(cachePath()) ? u"gone"_s : u"there"_s);
+    VXProbe::print(QFileInfo(VXBasisSettings::instance()->temporaryDirectory()).isDir()
+                       ? u"folder"_s
+                       : u"no folder"_s);
+    return 0;
+}
+
+int cleanupDeletes()
+{
+    runSetupAndShowPage();
+    const bool isPut = putIntoCache();
+    settings()->cleanup();
+    VXProbe::print(isPut && !QFileInfo::exists(cachePath()) ? u"gone"_s : u"there"_s);
+    return 0;
+}
+
+/// Says what became of a file behind a link that somebody planted in our folder.
+int clearBehind(const QString& theLink)
+{
+    runSetupAndShowPage();
+    const QTemporaryDir elsewhere;
+    QDir().mkpath(elsewhere.filePath(u"Cache"_s));
+    QFile kept(elsewhere.filePath(u"Cache/kept"_s));
+    const bool isOpen = kept.open(QFile::WriteOnly);
+    const QString folder = VXBasisSettings::instance()->temporaryDirectory();
+    QDir(folder + "/QtWebEngine"_L1).removeRecursively();
+    QDir().mkpath(QFileInfo(folder + theLink).path());
+    const bool isPlanted = QFile::link(elsewhere.path(), folder + theLink);
+    const VXLogCapture log;
+    settings()->clearChromiumCache();
+    VXProbe::print(isOpen && isPlanted && QFile::exists(kept.fileName()) ? u"kept"_s : u"lost"_s);
+    VXProbe::print(QString::number(log.textsWith(u"not deleted"_s).size()));
+    return 0;
+}
+
+int clearBehindCache()
+{
+    return clearBehind(u"/QtWebEngine/Cache"_s);
+}
+
+int clearBehindFolder()
+{
+    return clearBehind(u"/QtWebEngine"_s);
+}
+
 QNetworkCookie cookie(const QByteArray& theName, const QString& theDomain)
 {
     QNetworkCookie made(theName, "v");
@@ -249,47 +310,29 @@ void tst_VXWebEngineSettings::savingKeepsNothing()
     QVERIFY(!store.doesEntryExist(u"Cache"_s));
 }
 
+// In processes of their own, as a program begins and ends.
 void tst_VXWebEngineSettings::clearingDeletesTheFolder()
 {
-    QVERIFY(putIntoCache());
-    settings()->clearChromiumCache();
-    QVERIFY(!QFileInfo::exists(cachePath()));
-    QVERIFY(QFileInfo(VXBasisSettings::instance()->temporaryDirectory()).isDir());
+    QCOMPARE(VXProbe::run(u"clearingDeletes"_s), (QStringList{u"gone"_s, u"folder"_s}));
 }
 
 void tst_VXWebEngineSettings::cleanupLeavesNoFolder()
 {
-    QVERIFY(putIntoCache());
-    profile()->settings(); // visited links and the cache are the engine's own
-    settings()->cleanup();
-    QVERIFY(!QFileInfo::exists(cachePath()));
+    QCOMPARE(VXProbe::run(u"cleanupDeletes"_s), QStringList{u"gone"_s});
 }
 
 void tst_VXWebEngineSettings::plantedLinkIsNotFollowed_data()
 {
-    QTest::addColumn<QString>("link");
+    QTest::addColumn<QString>("probe");
 
-    QTest::newRow("the cache") << u"/QtWebEngine/Cache"_s;
-    QTest::newRow("its folder") << u"/QtWebEngine"_s;
+    QTest::newRow("the cache") << u"clearBehindCache"_s;
+    QTest::newRow("its folder") << u"clearBehindFolder"_s;
 }
 
 void tst_VXWebEngineSettings::plantedLinkIsNotFollowed()
 {
-    QFETCH(QString, link);
-    const QTemporaryDir elsewhere;
-    QVERIFY(QDir().mkpath(elsewhere.filePath(u"Cache"_s)));
-    QFile kept(elsewhere.filePath(u"Cache/kept"_s));
-    QVERIFY(kept.open(QFile::WriteOnly));
-
-    const QString folder = VXBasisSettings::instance()->temporaryDirectory();
-    QVERIFY(QDir(folder + "/QtWebEngine"_L1).removeRecursively());
-    QVERIFY(QDir().mkpath(QFileInfo(folder + link).path()));
-    QVERIFY(QFile::link(elsewhere.path(), folder + link));
-    const VXLogCapture log;
-    settings()->clearChromiumCache();
-    QVERIFY(QFile::exists(kept.fileName()));
-    QCOMPARE(log.textsWith(u"not deleted"_s).size(), 1);
-    QVERIFY(QFile::remove(folder + link));
+    QFETCH(QString, probe);
+    QCOMPARE(VXProbe::run(probe), (QStringList{u"kept"_s, u"1"_s}));
 }
 
 void tst_VXWebEngineSettings::cookiesGoByTheirDomain_data()
@@ -375,6 +418,9 @@ VX_PROBE_TEST_MAIN(QApplication, tst_VXWebEngineSettings, {u"startIsSilent"_s, s
                    {u"engineCameFirst"_s, engineCameFirst},
                    {u"schemeHasDefaults"_s, schemeHasDefaults},
                    {u"secondLoadAppendsAgain"_s, secondLoadAppendsAgain},
-                   {u"secondInstallKeepsTheFirst"_s, secondInstallKeepsTheFirst})
+                   {u"secondInstallKeepsTheFirst"_s, secondInstallKeepsTheFirst},
+                   {u"clearingDeletes"_s, clearingDeletes}, {u"cleanupDeletes"_s, cleanupDeletes},
+                   {u"clearBehindCache"_s, clearBehindCache},
+                   {u"clearBehindFolder"_s, clearBehindFolder})
 
 #include "tst_VXWebEngineSettings.moc"
