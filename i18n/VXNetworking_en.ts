@@ -971,19 +971,204 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
 </context>
 <context>
+    <name>VXSampleHttpPanel</name>
+    <message>
+        <source>Was der Dienst empfängt</source>
+        <translation>What the service receives</translation>
+    </message>
+    <message>
+        <source>JSON senden</source>
+        <translation>Send JSON</translation>
+    </message>
+    <message>
+        <source>Langsamer Download mit Fortschritt</source>
+        <translation>Slow download with progress</translation>
+    </message>
+    <message>
+        <source>Keine Antwort</source>
+        <translation>No answer</translation>
+    </message>
+    <message>
+        <source>Seite fehlt</source>
+        <translation>Page missing</translation>
+    </message>
+    <message>
+        <source>Passwort verlangt (demo, demo)</source>
+        <translation>Password required (demo, demo)</translation>
+    </message>
+    <message>
+        <source>Antwort bricht ab</source>
+        <translation>Answer breaks off</translation>
+    </message>
+    <message>
+        <source>HTTP</source>
+        <translation>HTTP</translation>
+    </message>
+    <message>
+        <source>Ein Austausch mit einem Server: eine Adresse mit / am Anfang meint den eingebauten Dienst. Das Fenster bleibt dabei bedienbar.</source>
+        <translation>One exchange with a server: an address that begins with / means the built-in service. The window stays responsive meanwhile.</translation>
+    </message>
+    <message>
+        <source>Noch nichts gesendet.</source>
+        <translation>Nothing sent yet.</translation>
+    </message>
+    <message>
+        <source>Methode</source>
+        <translation>Method</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> s</translation>
+    </message>
+    <message>
+        <source>keine</source>
+        <translation>none</translation>
+    </message>
+    <message>
+        <source>&amp;Arbeitsthreads:</source>
+        <translation>&amp;Worker threads:</translation>
+    </message>
+    <message>
+        <source>&amp;Beispiel:</source>
+        <translation>&amp;Example:</translation>
+    </message>
+    <message>
+        <source>A&amp;dresse:</source>
+        <translation>A&amp;ddress:</translation>
+    </message>
+    <message>
+        <source>&amp;Inhalt:</source>
+        <translation>&amp;Content:</translation>
+    </message>
+    <message>
+        <source>&amp;Zeitgrenze:</source>
+        <translation>&amp;Time limit:</translation>
+    </message>
+    <message>
+        <source>&amp;Senden</source>
+        <translation>&amp;Send</translation>
+    </message>
+    <message>
+        <source>Datei &amp;hochladen ...</source>
+        <translation>&amp;Upload a file ...</translation>
+    </message>
+    <message>
+        <source>Fortschritt</source>
+        <translation>Progress</translation>
+    </message>
+    <message>
+        <source>Abbre&amp;chen</source>
+        <translation>&amp;Cancel</translation>
+    </message>
+    <message>
+        <source>Erfolgreich: Status %1, %2 Bytes in %3 ms.</source>
+        <translation>Success: status %1, %2 bytes in %3 ms.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Alle %n Arbeitsthreads hatten Erfolg.</source>
+        <translation>
+            <numerusform>The worker thread succeeded.</numerusform>
+            <numerusform>All %n worker threads succeeded.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Datei hochladen</source>
+        <translation>Upload a file</translation>
+    </message>
+    <message>
+        <source>Die Datei %1 ist nicht lesbar.</source>
+        <translation>The file %1 cannot be read.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; ist keine Adresse.</source>
+        <translation>&quot;%1&quot; is not an address.</translation>
+    </message>
+</context>
+<context>
+    <name>VXSampleLoginPanel</name>
+    <message>
+        <source>Anmeldung</source>
+        <translation>Login</translation>
+    </message>
+    <message>
+        <source>Der eingebaute Anbieter kennt den Kunden &quot;demo&quot; mit dem Passwort &quot;demo&quot;. Die Sitzung erneuert sich selbst, bevor sie abläuft.</source>
+        <translation>The built-in provider knows the customer &quot;demo&quot; with the password &quot;demo&quot;. The session renews itself before it expires.</translation>
+    </message>
+    <message>
+        <source>Noch nicht angemeldet.</source>
+        <translation>Not logged in yet.</translation>
+    </message>
+    <message>
+        <source>&amp;Benutzer:</source>
+        <translation>&amp;User name:</translation>
+    </message>
+    <message>
+        <source>&amp;Passwort:</source>
+        <translation>&amp;Password:</translation>
+    </message>
+    <message>
+        <source>&amp;Anmelden</source>
+        <translation>&amp;Log in</translation>
+    </message>
+    <message>
+        <source>Sitzung &amp;erneuern</source>
+        <translation>&amp;Renew session</translation>
+    </message>
+    <message>
+        <source>A&amp;bmelden</source>
+        <translation>Log &amp;out</translation>
+    </message>
+    <message>
+        <source>Auf der Seite des Anbieters ...</source>
+        <translation>On the provider&apos;s page ...</translation>
+    </message>
+    <message>
+        <source>Im eigenen Browser ...</source>
+        <translation>In your own browser ...</translation>
+    </message>
+    <message>
+        <source>Angemeldet als %1.</source>
+        <translation>Logged in as %1.</translation>
+    </message>
+    <message>
+        <source>Die Sitzung wurde nicht erneuert.</source>
+        <translation>The session was not renewed.</translation>
+    </message>
+    <message>
+        <source>Die Sitzung wurde erneuert.</source>
+        <translation>The session was renewed.</translation>
+    </message>
+    <message>
+        <source>Abgemeldet.</source>
+        <translation>Logged out.</translation>
+    </message>
+    <message>
+        <source>Der Anbieter hat die Anmeldung bestätigt.</source>
+        <translation>The provider has confirmed the login.</translation>
+    </message>
+    <message>
+        <source>Die Anmeldung wurde nicht abgeschlossen.</source>
+        <translation>The login was not completed.</translation>
+    </message>
+    <message>
+        <source>keine</source>
+        <translation>none</translation>
+    </message>
+    <message>
+        <source>abgelaufen</source>
+        <translation>expired</translation>
+    </message>
+    <message>
+        <source>offen</source>
+        <translation>open</translation>
+    </message>
+    <message>
+        <source>Sitzung: %1</source>
+        <translation>Session: %1</translation>
+    </message>
+</context>
+<context>
     <name>VXSampleMainWindow</name>
-    <message>
-        <source>Das Menü &quot;Netzwerkprobleme&quot; führt echte Fehler herbei. Was die Bibliothek dabei tut, steht unten.</source>
-        <translation>The menu &quot;Network problems&quot; causes real errors. What the library does about them is shown below.</translation>
-    </message>
-    <message>
-        <source>Anmelden</source>
-        <translation>Log in</translation>
-    </message>
-    <message>
-        <source>Protokoll</source>
-        <translation>Log</translation>
-    </message>
     <message>
         <source>&amp;Netzwerkprobleme</source>
         <translation>&amp;Network problems</translation>
@@ -991,18 +1176,6 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     <message>
         <source>&amp;Einstellungen</source>
         <translation>&amp;Settings</translation>
-    </message>
-    <message>
-        <source>Netzwerk...</source>
-        <translation>Network...</translation>
-    </message>
-    <message>
-        <source>Hell</source>
-        <translation>Light</translation>
-    </message>
-    <message>
-        <source>Dunkel</source>
-        <translation>Dark</translation>
     </message>
     <message>
         <source>&amp;Anmeldung und Aktualisierung</source>
@@ -1020,6 +1193,109 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
         <source>Notwendige Aktualisierung...</source>
         <translation>Mandatory update...</translation>
     </message>
+    <message>
+        <source>Was die Bibliothek kann</source>
+        <translation>What the library can do</translation>
+    </message>
+    <message>
+        <source>&amp;Programm</source>
+        <translation>&amp;Program</translation>
+    </message>
+    <message>
+        <source>&amp;Über dieses Programm</source>
+        <translation>&amp;About this program</translation>
+    </message>
+    <message>
+        <source>&amp;Beenden</source>
+        <translation>&amp;Quit</translation>
+    </message>
+    <message>
+        <source>&amp;Netzwerk ...</source>
+        <translation>&amp;Network ...</translation>
+    </message>
+    <message>
+        <source>&amp;Aussehen</source>
+        <translation>&amp;Appearance</translation>
+    </message>
+    <message>
+        <source>&amp;Sprache</source>
+        <translation>&amp;Language</translation>
+    </message>
+    <message>
+        <source>&amp;Hell</source>
+        <translation>&amp;Light</translation>
+    </message>
+    <message>
+        <source>&amp;Dunkel</source>
+        <translation>&amp;Dark</translation>
+    </message>
+    <message>
+        <source>Sprache</source>
+        <translation>Language</translation>
+    </message>
+    <message>
+        <source>Die Sprache wechselt mit einem Neustart. Jetzt neu starten?</source>
+        <translation>The language changes when the program starts again. Restart now?</translation>
+    </message>
+    <message>
+        <source>Über dieses Programm</source>
+        <translation>About this program</translation>
+    </message>
+    <message>
+        <source>%1 %2
+
+Das Beispielprogramm der Netzwerkbibliothek VXNetworking. Es spricht nur mit dem eingebauten Dienst auf diesem Rechner, außer wenn Sie eine andere Adresse eingeben.</source>
+        <translation>%1 %2
+
+The sample program of the networking library VXNetworking. It talks only to the built-in service on this computer, unless you enter another address.</translation>
+    </message>
+</context>
+<context>
+    <name>VXSampleOrderPanel</name>
+    <message>
+        <source>Bestellung</source>
+        <translation>Order</translation>
+    </message>
+    <message>
+        <source>Eine Bestellung im XML-Protokoll. Der eingebaute Dienst antwortet mit dem gewünschten Fehler; 0 bedeutet Erfolg.</source>
+        <translation>An order in the XML protocol. The built-in service answers with the error you choose; 0 means success.</translation>
+    </message>
+    <message>
+        <source>&amp;Bestellen</source>
+        <translation>&amp;Order</translation>
+    </message>
+    <message>
+        <source>Noch nichts bestellt.</source>
+        <translation>Nothing ordered yet.</translation>
+    </message>
+    <message>
+        <source> min</source>
+        <translation> min</translation>
+    </message>
+    <message>
+        <source>Den &amp;Kunden mit einem Dialog unterrichten</source>
+        <translation>Tell the &amp;customer in a dialog</translation>
+    </message>
+    <message>
+        <source>&amp;Fehlercode:</source>
+        <translation>Error &amp;code:</translation>
+    </message>
+    <message>
+        <source>Fehler&amp;text:</source>
+        <translation>Error &amp;text:</translation>
+    </message>
+    <message>
+        <source>&amp;Gutschein:</source>
+        <translation>&amp;Voucher:</translation>
+    </message>
+    <message>
+        <source>&amp;Wartezeit:</source>
+        <translation>&amp;Waiting time:</translation>
+    </message>
+    <message>
+        <source>Die Bestellung ist angekommen, Zeit des Servers: %1.</source>
+        <translation>The order has arrived, server time: %1.</translation>
+    </message>
 </context>
 <context>
     <name>VXSampleOrderWindow</name>
@@ -1029,10 +1305,48 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
 </context>
 <context>
+    <name>VXSampleOutcomeView</name>
+    <message>
+        <source>Antwort</source>
+        <translation>Answer</translation>
+    </message>
+</context>
+<context>
     <name>VXSamplePreferencesDialog</name>
     <message>
         <source>Netzwerkeinstellungen</source>
         <translation>Network settings</translation>
+    </message>
+</context>
+<context>
+    <name>VXSampleProblemPanel</name>
+    <message>
+        <source>Netzwerkprobleme</source>
+        <translation>Network problems</translation>
+    </message>
+    <message>
+        <source>Jeder Eintrag führt einen echten Fehler herbei. Die Bibliothek fragt oder unterrichtet den Kunden.</source>
+        <translation>Each entry brings about a real error. The library asks the customer or tells them about it.</translation>
+    </message>
+    <message>
+        <source>&amp;Herbeiführen</source>
+        <translation>&amp;Bring about</translation>
+    </message>
+    <message>
+        <source>Noch kein Fehlercode nachgeschlagen.</source>
+        <translation>No error code looked up yet.</translation>
+    </message>
+    <message>
+        <source>Text zum &amp;Fehlercode:</source>
+        <translation>Text of error &amp;code:</translation>
+    </message>
+    <message>
+        <source>&amp;Nachschlagen</source>
+        <translation>&amp;Look up</translation>
+    </message>
+    <message>
+        <source>Der Code %1 ist kein Fehler.</source>
+        <translation>Code %1 is not an error.</translation>
     </message>
 </context>
 <context>
@@ -1112,6 +1426,165 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     <message>
         <source>Neustart nötig</source>
         <translation>Restart needed</translation>
+    </message>
+</context>
+<context>
+    <name>VXSampleRecordTabs</name>
+    <message>
+        <source>Anfragen</source>
+        <translation>Requests</translation>
+    </message>
+    <message>
+        <source>Noch keine Anfrage.</source>
+        <translation>No request yet.</translation>
+    </message>
+    <message>
+        <source>Foto-Protokoll</source>
+        <translation>Photo log</translation>
+    </message>
+    <message>
+        <source>Noch kein Foto empfangen.</source>
+        <translation>No photo received yet.</translation>
+    </message>
+    <message>
+        <source>Protokoll</source>
+        <translation>Log</translation>
+    </message>
+    <message>
+        <source>Noch nichts geschehen.</source>
+        <translation>Nothing has happened yet.</translation>
+    </message>
+    <message>
+        <source>Was der Dienst empfing</source>
+        <translation>What the service received</translation>
+    </message>
+    <message>
+        <source>Dienst</source>
+        <translation>Service</translation>
+    </message>
+</context>
+<context>
+    <name>VXSampleServiceModel</name>
+    <message>
+        <source>Nr.</source>
+        <translation>No.</translation>
+    </message>
+    <message>
+        <source>Eingang</source>
+        <translation>Listener</translation>
+    </message>
+    <message>
+        <source>Methode</source>
+        <translation>Method</translation>
+    </message>
+    <message>
+        <source>Adresse</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Bytes</translation>
+    </message>
+</context>
+<context>
+    <name>VXSampleUploadPanel</name>
+    <message>
+        <source>Fotos vom Telefon</source>
+        <translation>Photos from a phone</translation>
+    </message>
+    <message>
+        <source>Das Telefon liest einen QR-Code und sendet Fotos über das lokale Netz. Der Empfang geht weiter, wenn der Dialog zu ist.</source>
+        <translation>The phone scans a QR code and sends photos over the local network. Photos keep arriving when the dialog is closed.</translation>
+    </message>
+    <message>
+        <source>Fotos &amp;empfangen ...</source>
+        <translation>&amp;Receive photos ...</translation>
+    </message>
+    <message>
+        <source>Noch keine Fotos. Öffnen Sie den Dialog und halten Sie die Kamera des Telefons vor den Code.</source>
+        <translation>No photos yet. Open the dialog and point your phone&apos;s camera at the code.</translation>
+    </message>
+    <message>
+        <source>Empfangene Fotos</source>
+        <translation>Received photos</translation>
+    </message>
+    <message>
+        <source>%1
+%2</source>
+        <comment>file name and size</comment>
+        <translation>%1
+%2</translation>
+    </message>
+</context>
+<context>
+    <name>VXSampleWebPanel</name>
+    <message>
+        <source>Webinhalte</source>
+        <translation>Web content</translation>
+    </message>
+    <message>
+        <source>Seiten der Anwendung in einer Webansicht. Links ins Netz öffnen sich draußen, im Browser des Kunden.</source>
+        <translation>The application&apos;s pages in a web view. Links to the web open outside, in the customer&apos;s browser.</translation>
+    </message>
+    <message>
+        <source>&amp;Startbildschirm</source>
+        <translation>&amp;Start screen</translation>
+    </message>
+    <message>
+        <source>&amp;3D-Szene</source>
+        <translation>&amp;3D scene</translation>
+    </message>
+    <message>
+        <source>&amp;Buchvorschlag</source>
+        <translation>&amp;Book proposal</translation>
+    </message>
+    <message>
+        <source>&amp;Quittung ...</source>
+        <translation>&amp;Receipt ...</translation>
+    </message>
+    <message>
+        <source>Beste&amp;llübersicht ...</source>
+        <translation>Order su&amp;mmary ...</translation>
+    </message>
+    <message>
+        <source>Adresse der Seite</source>
+        <translation>Address of the page</translation>
+    </message>
+    <message>
+        <source>Fortschritt</source>
+        <translation>Progress</translation>
+    </message>
+    <message>
+        <source>Skript</source>
+        <translation>Script</translation>
+    </message>
+    <message>
+        <source>Skript aus&amp;führen</source>
+        <translation>Run s&amp;cript</translation>
+    </message>
+    <message>
+        <source>Noch kein Skript ausgeführt.</source>
+        <translation>No script run yet.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; ist keine Adresse.</source>
+        <translation>&quot;%1&quot; is not an address.</translation>
+    </message>
+    <message>
+        <source>Die Bestellübersicht ist geschlossen.</source>
+        <translation>The order summary is closed.</translation>
+    </message>
+    <message>
+        <source>Die Bestellübersicht ließ sich nicht öffnen.</source>
+        <translation>The order summary could not be opened.</translation>
+    </message>
+    <message>
+        <source>Ergebnis: %1</source>
+        <translation>Result: %1</translation>
     </message>
 </context>
 <context>
