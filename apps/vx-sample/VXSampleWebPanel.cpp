@@ -80,6 +80,7 @@ void VXSampleWebPanel::addAddressLine()
     myProgress->setTextVisible(false);
     myProgress->setFixedWidth(120);
     myProgress->setAccessibleName(tr("Fortschritt"));
+    myProgress->hide();
     auto* row = new QHBoxLayout;
     row->addWidget(myAddress, 1);
     row->addWidget(myProgress);
@@ -121,6 +122,8 @@ void VXSampleWebPanel::createView()
         myAddress->setText(theUrl.toString(QUrl::RemoveUserInfo));
     });
     connect(myView.get(), &VXWebView::loadProgress, myProgress, &QProgressBar::setValue);
+    connect(myView.get(), &VXWebView::loadStarted, myProgress, &QWidget::show);
+    connect(myView.get(), &VXWebView::loadFinished, myProgress, &QWidget::hide);
     open(u"tov://localhost/index.html"_s);
 }
 

@@ -61,6 +61,7 @@ void showPages(VXTourRun& theRun, const QString& theSuffix)
     auto& navigation = part<QListWidget>(window, u"navigation"_s);
     for (int page = 0; page < navigation.count(); ++page) {
         navigation.setCurrentRow(page);
+        QCoreApplication::processEvents(); // a page's widgets appear by and by
         const auto views = window.findChildren<QWebEngineView*>();
         const auto seen = std::ranges::find_if(views, &QWidget::isVisible);
         if (seen != views.end())
