@@ -22,10 +22,14 @@ public:
     /// somebody else or lets others write, a folder that this process has for itself takes its
     /// place, with a warning. Never empty.
     [[nodiscard]] QString temporaryDirectory() const;
+
+    /// Holds until the process ends. A relative path is taken from the current folder.
     void setTemporaryDirectory(const QString& theFolder);
 
     /// Whether the program shows what only its developers need ("Program/masterMode").
     [[nodiscard]] bool runsInMasterMode() const;
+
+    /// Holds until the process ends. Dialogs ask when they are made: open ones stay as they are.
     void setMasterMode(bool theIsOn);
 
 private:

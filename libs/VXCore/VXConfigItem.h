@@ -15,6 +15,8 @@ template <typename T>
 class VXConfigItem
 {
 public:
+    /// Holds the default until load() or setValue(). theKey is relative to the group that is open
+    /// then.
     VXConfigItem(const QString& theKey, const T& theDefault)
         : myKey(theKey)
         , myDefault(theDefault)
@@ -22,13 +24,19 @@ public:
     {
     }
 
+    /// Relative to the group that is open when the item is loaded or saved.
     [[nodiscard]] QString key() const { return myKey; }
+
+    /// What load() falls back to.
     [[nodiscard]] T defaultValue() const { return myDefault; }
+
+    /// The value in memory; the store may hold another one while isModified().
     [[nodiscard]] T value() const { return myValue; }
 
     /// Whether a different value was set since the item was made, loaded or saved.
     [[nodiscard]] bool isModified() const noexcept { return myIsModified; }
 
+    /// Changes the value in memory only; save() keeps it. An equal value modifies nothing.
     void setValue(const T& theValue)
     {
         if (myValue == theValue)

@@ -12,6 +12,7 @@
 template <typename T>
 struct VXConfigItemCodec
 {
+    /// The value as QVariant holds it.
     [[nodiscard]] static QVariant encode(const T& theValue)
     {
         return QVariant::fromValue(theValue);
@@ -32,6 +33,10 @@ struct VXConfigItemCodec
 template <>
 struct VXCORE_EXPORT VXConfigItemCodec<QNetworkProxy>
 {
+    /// Always a text, with the five members. An empty password stays empty.
     [[nodiscard]] static QVariant encode(const QNetworkProxy& theValue);
+
+    /// Empty when the text is no such JSON, or type or port are out of range; other members may be
+    /// missing.
     [[nodiscard]] static std::optional<QNetworkProxy> decode(const QVariant& theStored);
 };

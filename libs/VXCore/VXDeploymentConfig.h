@@ -30,9 +30,9 @@ public:
     /// or "setter". Secret values read "***".
     struct Entry
     {
-        QString key;
-        QString value;
-        QString origin;
+        QString key;    ///< "Section/name"
+        QString value;  ///< items of a list are separated by ", "
+        QString origin; ///< where the value comes from
     };
 
     /// Reads the standard files, see above.
@@ -51,9 +51,17 @@ public:
 
     /// The value of a key; empty when the key is unknown. Paths and folders are absolute.
     [[nodiscard]] QString text(const QString& theKey) const;
+
+    /// The same as a number; 0 when the key is unknown or its value is none.
     [[nodiscard]] int number(const QString& theKey) const;
+
+    /// True for "1" and for "true" in any case; false for all else, an unknown key too.
     [[nodiscard]] bool isEnabled(const QString& theKey) const;
+
+    /// Read strictly; empty when the key is unknown or has no value.
     [[nodiscard]] QUrl url(const QString& theKey) const;
+
+    /// The items in their order without the empty ones; an unknown key has none.
     [[nodiscard]] QStringList list(const QString& theKey) const;
 
     /// Every key with its value in force, sorted by key.

@@ -17,6 +17,8 @@ public:
 
     /// True when there is no particular partner.
     [[nodiscard]] bool isGeneric() const;
+
+    /// Holds until the process ends; stronger than the deployment's files.
     void setGeneric(bool theIsGeneric);
 
     /// The partner's name; may be empty.

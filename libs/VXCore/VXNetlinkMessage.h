@@ -20,11 +20,16 @@ public:
     /// bytes, or when it is an error or an end-of-list message, which hold no attributes.
     [[nodiscard]] static std::optional<VXNetlinkMessage> fromBytes(QByteArrayView theBytes);
 
+    /// Netlink's message type; generic netlink gives each family a number when it is registered.
     [[nodiscard]] quint16 family() const noexcept { return myFamily; }
+
+    /// What it means depends on the family.
     [[nodiscard]] quint8 command() const noexcept { return myCommand; }
 
     /// Appends an attribute; its value is padded to four bytes, its length is not.
     void append(quint16 theAttribute, QByteArrayView theValue);
+
+    /// The same for a number of 32 bits, in the byte order of this computer.
     void append(quint16 theAttribute, quint32 theValue);
 
     /// The value of the first attribute of that type; nothing when there is none or when an

@@ -13,5 +13,7 @@ public:
 
     /// The program's number ("Program/id" of the deployment); 1 unless told otherwise.
     [[nodiscard]] static int programID();
+
+    /// Holds until the process ends; stronger than the deployment's files.
     static void setProgramID(int theProgramId);
 };

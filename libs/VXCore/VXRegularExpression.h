@@ -12,6 +12,7 @@ class VXRegularExpression
     Q_DISABLE_COPY_MOVE(VXRegularExpression)
 
 public:
+    /// An unusable pattern is no error here; ask isValid().
     explicit VXRegularExpression(const QString& thePattern,
                                  QRegularExpression::PatternOptions theOptions = {})
         : myExpression(thePattern, theOptions)

@@ -9,6 +9,7 @@
 class VXCORE_EXPORT VXResourceFile
 {
 public:
+    /// Touches no disk; fileInfo() looks the path up each time.
     explicit VXResourceFile(VXResourceFileTypeEnum theType);
 
     /// The file; it may be missing. A default QFileInfo for a kind that is not known.

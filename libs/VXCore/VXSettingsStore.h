@@ -18,6 +18,8 @@ public:
     /// The one store. Never destroyed, so static objects may still use it.
     [[nodiscard]] static VXSettingsStore& instance();
 
+    /// Waits until no other thread holds the lock. The thread that holds it may lock again; each
+    /// call needs its unlock().
     void lock();
 
     /// Writes the changes to the file when this is the outermost lock.
@@ -26,11 +28,17 @@ public:
     /// Writes the changes to the files. False, with a warning, when that failed.
     bool flush();
 
+    /// Reads from the user's file or, machine-wide, from the machine's; theDefault when there is no
+    /// such entry.
     [[nodiscard]] QVariant value(const QString& theKey, const QVariant& theDefault,
                                  bool theIsMachineWide);
+
     /// False when the file can't be written or the disk has no room for it.
     bool write(const QString& theKey, const QVariant& theValue, bool theIsMachineWide);
+
+    /// Looks into the user's file only.
     [[nodiscard]] bool contains(const QString& theKey);
+
     /// Does nothing, with a warning, when the disk has no room for the new file.
     void remove(const QString& theKey);
 
@@ -40,7 +48,11 @@ public:
     /// Whether the outermost lock is the only one.
     [[nodiscard]] bool isOutermost() const { return myDepth == 1; }
 
+    /// "Paths/settingsFile" of the deployment, absolute.
     [[nodiscard]] static QString userFile();
+
+    /// "settings.ini" in the machine's first configuration folder, usually below /etc/xdg;
+    /// absolute.
     [[nodiscard]] static QString machineFile();
 
 private:

@@ -33,6 +33,7 @@ public:
     [[nodiscard]] int remainingSeconds() const;
 
 protected:
+    /// Starts the countdown when the box appears for the first time.
     void showEvent(QShowEvent* theEvent) override;
 
 private:

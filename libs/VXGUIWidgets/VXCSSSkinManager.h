@@ -19,6 +19,7 @@ class VXGUIWIDGETS_EXPORT VXCSSSkinManager : public VXSingleton<VXCSSSkinManager
     Q_DISABLE_COPY_MOVE(VXCSSSkinManager)
 
 public:
+    /// Which skin is in force; Unset is the look of the desktop.
     enum Mode
     {
         Unset = 0,

@@ -12,11 +12,17 @@ class VXCommandLink : public QCommandLinkButton
 public:
     using QCommandLinkButton::QCommandLinkButton;
 
+    /// As wide as the longer text, at most 480 pixels, and as high as the wrapped texts need then.
     [[nodiscard]] QSize sizeHint() const override;
+
+    /// Room for the icon, ten characters and one line.
     [[nodiscard]] QSize minimumSizeHint() const override;
+
+    /// Pixels that title and description need when they are wrapped to theWidth pixels.
     [[nodiscard]] int heightForWidth(int theWidth) const override;
 
 protected:
+    /// The style draws the button only; icon and texts are drawn here, wrapped.
     void paintEvent(QPaintEvent* theEvent) override;
 
 private:

@@ -11,6 +11,7 @@ class VXGUIWIDGETS_EXPORT VXDialog : public VXDialogBase
     Q_DISABLE_COPY_MOVE(VXDialog)
 
 public:
+    /// Without a headline until setupDialog() brings one.
     explicit VXDialog(QWidget* theParent = nullptr);
     ~VXDialog() override;
 

@@ -17,5 +17,7 @@ struct VXDialogAnswer
 
     /// Of a password dialog that was accepted.
     QString userName;
+
+    /// Belongs to the user name; plain text.
     QString password;
 };

@@ -21,8 +21,10 @@ class VXGUIWIDGETS_EXPORT VXDialogBase : public QDialog
     Q_DISABLE_COPY_MOVE(VXDialogBase)
 
 public:
+    /// Named as in the button box, so that callers need not know of it.
     using StandardButton = QDialogButtonBox::StandardButton;
 
+    /// Without buttons until setupDialog() brings some.
     explicit VXDialogBase(QWidget* theParent = nullptr);
     ~VXDialogBase() override;
 
@@ -32,11 +34,17 @@ public:
     /// Where the content goes: it has no layout yet. Owned by the dialog.
     [[nodiscard]] QWidget* usableWidget() const { return myUsableWidget; }
 
+    /// Puts another text on the OK button; nothing happens when the dialog has none.
     void renameOkButton(const QString& theText);
+
+    /// The same for the Cancel button.
     void renameCancelButton(const QString& theText);
 
-    /// These do nothing when the dialog has no such button.
+    /// Shows or hides a button; nothing happens when the dialog has none such.
     void setButtonVisible(StandardButton theButton, bool theIsVisible);
+
+    /// Sets a dynamic property of a button and applies the style sheet anew, which may look at it.
+    /// Nothing happens when the dialog has no such button.
     void setPropertyToStandardButton(StandardButton theButton, const char* theName,
                                      const QVariant& theValue);
 

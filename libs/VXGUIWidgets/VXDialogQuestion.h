@@ -19,24 +19,47 @@ enum class VXDialogKind
 /// One choice of a dialog of kind VXDialogKind::Choice. A plain value.
 struct VXDialogChoice
 {
-    int value = 0;
-    QString title;
-    QString description;
+    int value = 0;       ///< what the dialog answers with; its meaning is the caller's
+    QString title;       ///< an ampersand is shown as a letter
+    QString description; ///< plain text below the title
 };
 
 /// All that a dialog is about to show: what a VXDialogDriver sees of it. A plain value.
 struct VXDialogQuestion
 {
+    /// Which of the fields below count.
     VXDialogKind kind = VXDialogKind::Message;
+
+    /// The name of the dialog for style sheets and drivers.
     QString objectName;
+
+    /// The sign of a message box.
     QMessageBox::Icon icon = QMessageBox::NoIcon;
+
+    /// The title of the window.
     QString title;
-    QString text;    ///< plain or rich text, as Qt::mightBeRichText() finds
-    QString details; ///< plain text; empty = none
+
+    /// Plain or rich text, as Qt::mightBeRichText() finds.
+    QString text;
+
+    /// Plain text; empty = none.
+    QString details;
+
+    /// The buttons of a message box; a choice and a password dialog have their own.
     QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
+
+    /// What Return presses; NoButton lets a button that stands alone be it.
     QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
+
+    /// What Escape and closing press.
     QMessageBox::StandardButton escapeButton = QMessageBox::NoButton;
-    int seconds = 0; ///< until the default button is pressed; 0 or less = never
+
+    /// Until the default button is pressed; 0 or less = never.
+    int seconds = 0;
+
+    /// Those of kind Choice, in the order of their links.
     QList<VXDialogChoice> choices;
+
+    /// The dialog's parent; null = the active window.
     QPointer<QWidget> parent;
 };

@@ -38,6 +38,7 @@ public:
     [[nodiscard]] std::optional<int> chosenValue() const noexcept { return myChosenValue; }
 
 protected:
+    /// Makes the dialog as high as its wrapped texts need; only now their width is known.
     void showEvent(QShowEvent* theEvent) override;
 
 private:

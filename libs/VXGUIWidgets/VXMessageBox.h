@@ -15,6 +15,7 @@ class VXGUIWIDGETS_EXPORT VXMessageBox : public QMessageBox
     Q_DISABLE_COPY_MOVE(VXMessageBox)
 
 public:
+    /// Shows nothing yet. Of the question it takes all but kind, seconds and choices.
     explicit VXMessageBox(const VXDialogQuestion& theQuestion);
     ~VXMessageBox() override;
 
@@ -26,6 +27,7 @@ public:
     [[nodiscard]] static QWidget* activeParent();
 
 protected:
+    /// Catches the shortcut for copying: title, text and details go to the clipboard as plain text.
     void keyPressEvent(QKeyEvent* theEvent) override;
 
 private:

@@ -24,7 +24,10 @@ public:
     /// What a driver sees of such a dialog. Needs no widgets.
     [[nodiscard]] static VXDialogQuestion question(const QString& theText);
 
+    /// As typed, blanks included.
     [[nodiscard]] QString userName() const;
+
+    /// Plain text, as typed; empty once the dialog was closed without OK.
     [[nodiscard]] QString password() const;
 
     /// Fills the user name in and moves the focus on to the password.
@@ -33,6 +36,7 @@ public:
     /// Shows the dialog until it is answered; the dialog driver in use answers first.
     int exec() override;
 
+    /// Wipes the password unless the dialog was accepted.
     void done(int theResult) override;
 
 private:

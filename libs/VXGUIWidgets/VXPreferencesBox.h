@@ -13,6 +13,7 @@ class VXGUIWIDGETS_EXPORT VXPreferencesBox : public QGroupBox
     Q_DISABLE_COPY_MOVE(VXPreferencesBox)
 
 public:
+    /// theTitle is the heading of the page.
     explicit VXPreferencesBox(const QString& theTitle, QWidget* theParent = nullptr);
     ~VXPreferencesBox() override;
 

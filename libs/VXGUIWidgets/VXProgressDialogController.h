@@ -17,6 +17,7 @@ class VXGUIWIDGETS_EXPORT VXProgressDialogController : public QObject
     Q_DISABLE_COPY_MOVE(VXProgressDialogController)
 
 public:
+    /// Shows nothing before openProgress().
     explicit VXProgressDialogController(QObject* theParent = nullptr);
 
     /// Closes the dialog.
@@ -32,6 +33,7 @@ public:
     /// Shows theFinalValue and closes the dialog; closing a closed one is harmless.
     void closeProgress(int theFinalValue = 0);
 
+    /// False again as soon as the user has cancelled or the parent of the dialog has gone.
     [[nodiscard]] bool isOpen() const;
 
 Q_SIGNALS:

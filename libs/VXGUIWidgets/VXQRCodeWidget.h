@@ -21,6 +21,7 @@ class VXGUIWIDGETS_EXPORT VXQRCodeWidget : public QWidget
     Q_DISABLE_COPY_MOVE(VXQRCodeWidget)
 
 public:
+    /// Shows the placeholder until setUrl() brings an address.
     explicit VXQRCodeWidget(QWidget* theParent = nullptr);
     ~VXQRCodeWidget() override;
 
@@ -42,12 +43,20 @@ public:
     /// or the deployment ("Gui/animations") wants no animations.
     void animateIn();
 
+    /// A square of 222 logical pixels: six for each module of a usual code.
     [[nodiscard]] QSize sizeHint() const override;
+
+    /// A square of 111 logical pixels: three for each module of a usual code.
     [[nodiscard]] QSize minimumSizeHint() const override;
+
+    /// True: layouts may keep it square.
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+
+    /// The width: a code is a square.
     [[nodiscard]] int heightForWidth(int theWidth) const override { return theWidth; }
 
 protected:
+    /// Draws the code or the placeholder, in the state of the entry animation.
     void paintEvent(QPaintEvent* theEvent) override;
 
 private:

@@ -20,14 +20,19 @@ class VXGUIWIDGETS_EXPORT VXRequest : public QObject
     Q_DISABLE_COPY_MOVE(VXRequest)
 
 public:
+    /// Has no window of its own; any number of objects may exist.
     explicit VXRequest(QObject* theParent = nullptr);
     ~VXRequest() override;
 
-    /// Boxes with an OK button.
+    /// A box with an OK button.
     void information(const QString& theTitle, const QString& theText,
                      const QString& theDetails = {}, QWidget* theParent = nullptr);
+
+    /// The same with the sign for a warning.
     void warning(const QString& theTitle, const QString& theText, const QString& theDetails = {},
                  QWidget* theParent = nullptr);
+
+    /// The same with the sign for an error.
     void critical(const QString& theTitle, const QString& theText, const QString& theDetails = {},
                   QWidget* theParent = nullptr);
 
@@ -62,8 +67,10 @@ public:
     /// Asks for user name and password, which the answer holds when its button is Ok.
     [[nodiscard]] VXDialogAnswer askForLogin(const QString& theText, QWidget* theParent = nullptr);
 
-    /// Stock titles.
+    /// The title of boxes that warn, in the language of the application.
     [[nodiscard]] static QString attentionString();
+
+    /// The title of boxes that only tell something, in the language of the application.
     [[nodiscard]] static QString hintString();
 
     /// Lets theDriver (null: none) see and answer every dialog; returns the one before. The caller

@@ -16,10 +16,12 @@ class VXGUIWIDGETS_EXPORT VXUrlSearchBar : public QWidget
     Q_DISABLE_COPY_MOVE(VXUrlSearchBar)
 
 public:
+    /// Empty, with the sign for an unencrypted connection.
     explicit VXUrlSearchBar(QWidget* theParent = nullptr);
     ~VXUrlSearchBar() override;
 
 public Q_SLOTS:
+    /// Shows theUrl from its beginning; only the scheme "https" counts as encrypted.
     void urlHasChanged(const QUrl& theUrl);
 
 private:

@@ -27,6 +27,7 @@ public:
     /// What a page has to send first; empty where nothing has to be sent.
     [[nodiscard]] virtual QString securityToken() const;
 
+    /// The channel that all pages of this object share. It lives as long as this object.
     [[nodiscard]] QWebChannel& webChannel() { return myWebChannel; }
 
     /// Publishes theObject to the pages under theName; the object stays the caller's and must

@@ -26,6 +26,7 @@ class VXNETWORKING_EXPORT VXBrowserDialog : public VXDialog
     Q_DISABLE_COPY_MOVE(VXBrowserDialog)
 
 public:
+    /// Shows an empty page. The two flags say which of the buttons, and their keys, there are.
     VXBrowserDialog(QWidget* theParent, bool thePrintButton, bool theSaveButton);
 
     /// Deletes the view as well.
@@ -33,7 +34,11 @@ public:
 
     /// Owned by the dialog.
     [[nodiscard]] VXWebView* webView() const;
+
+    /// See VXWebView::setHtml().
     void setHtml(const QString& theHtml);
+
+    /// Begins to load theUrl and returns at once.
     void setUrl(const QUrl& theUrl);
 
     /// Lets the dialog fit its size to the page once, when the next page has been loaded without an
@@ -49,6 +54,8 @@ public:
     void save();
 
 Q_SIGNALS:
+    /// The print button was pressed; the view shows its print dialog then. May be emitted by
+    /// others.
     void printContent();
 
     /// The name is empty when the user cancelled.

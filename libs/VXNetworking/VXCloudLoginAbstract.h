@@ -18,15 +18,22 @@ class VXRegularExpression;
 class VXNETWORKING_EXPORT VXCloudLoginAbstract
 {
 public:
+    /// theConnectTarget is the address of the login service; an invalid one makes each login fail
+    /// with 5009.
     explicit VXCloudLoginAbstract(const QUrl& theConnectTarget);
+
+    ///@{
+    /// A copy asks the same service.
     VXCloudLoginAbstract(const VXCloudLoginAbstract& theOther);
     VXCloudLoginAbstract& operator=(const VXCloudLoginAbstract&) = default;
+    ///@}
 
     /// Logs in. theToken gets the reply on success and is emptied when the reply is no token reply;
     /// other failures leave it alone.
     [[nodiscard]] virtual VXNetworkingError performLogin(const VXCredentials& theCredentials,
                                                          QString& theToken) const;
 
+    /// As given to the constructor; a subclass may choose it anew for each request.
     [[nodiscard]] virtual QUrl connectTarget() const;
 
     /// "application/x-www-form-urlencoded" here.

@@ -43,13 +43,19 @@ public:
     /// True while an access token is held, expired or not.
     [[nodiscard]] bool isOpen() const { return !myAccessToken.isEmpty(); }
 
+    /// Empty while the session is closed; the service may refuse it before its time.
     [[nodiscard]] QString accessToken() const { return myAccessToken; }
 
     /// The session's own, apart from the one inside the credentials.
     [[nodiscard]] QString refreshToken() const { return myRefreshToken; }
 
+    /// Those of the last login; they stay after close(), and are empty before the first login.
     [[nodiscard]] VXCredentials credentials() const { return myCredentials; }
+
+    /// For concrete sessions, after a login that succeeded; sends nothing.
     void setCredentials(const VXCredentials& theCredentials);
+
+    /// That of credentials().
     [[nodiscard]] QString username() const { return myCredentials.username(); }
 
     /// Starts the renewal timer; 0 and negative values change nothing.
@@ -67,7 +73,10 @@ Q_SIGNALS:
     void sessionExpired();
 
 protected:
+    /// An empty text closes the session as far as isOpen() tells; the timer goes on.
     void setAccessToken(const QString& theToken) { myAccessToken = theToken; }
+
+    /// Leaves the one inside the credentials alone.
     void setRefreshToken(const QString& theToken) { myRefreshToken = theToken; }
 
 private:

@@ -30,20 +30,28 @@ public:
     /// Client id, and scope and secret where they are not empty.
     [[nodiscard]] QUrlQuery buildBasicQuery() const;
 
-    /// The three bodies. A percent sign and a plus sign in a value are percent-encoded on the way
-    /// in, so that the far end's form decoder reads what the customer typed.
+    /// For the login (RFC 6749, 4.3). In this body and the two below a percent sign and a plus sign
+    /// in a value are percent-encoded on the way in, so that the far end's form decoder reads what
+    /// the customer typed.
     [[nodiscard]] virtual QUrlQuery buildOpenQuery(const VXCredentials& theCredentials) const;
+
+    /// For the renewal (RFC 6749, 6): the grant type "refresh_token" with refreshToken().
     [[nodiscard]] virtual QUrlQuery buildUpdateQuery() const;
     /// For the revocation. The service wants "client_id" twice.
     [[nodiscard]] virtual QUrlQuery buildRefreshQuery() const;
 
+    /// The public name of the program at the service (RFC 6749, 2.2).
     [[nodiscard]] virtual QString clientId() const = 0;
     [[nodiscard]] virtual QString clientSecret() const; ///< empty here
     [[nodiscard]] virtual QString scope() const;        ///< empty here
 
     /// "password" here.
     [[nodiscard]] virtual QString loginGrantType() const;
+
+    /// The revocation endpoint (RFC 7009, 2).
     [[nodiscard]] virtual QUrl logoutUrl() const = 0;
+
+    /// The token endpoint (RFC 6749, 3.2), for login and renewal.
     [[nodiscard]] virtual QUrl tokenUrl() const = 0;
 
     /// Takes over both tokens (a missing one empties what was there) and starts the timer at 90 %
@@ -58,8 +66,12 @@ public Q_SLOTS:
     void updateAccessToken() override;
 
 protected:
-    /// The keys of a token reply (RFC 6749, 5.1).
+    /// A key of the token reply (RFC 6749, 5.1), like the two below.
     static constexpr QLatin1StringView AccessTokenKey{"access_token"};
+
+    /// The lifetime of the access token in seconds; a JSON number.
     static constexpr QLatin1StringView ExpiresInKey{"expires_in"};
+
+    /// What the next renewal sends.
     static constexpr QLatin1StringView RefreshTokenKey{"refresh_token"};
 };

@@ -19,11 +19,17 @@ public:
 
     /// An empty password is enciphered, too.
     VXCredentials(const QString& theUsername, const QString& thePassword);
+
+    /// A login by token, without a password. The timeout is not checked here.
     VXCredentials(const QString& theUsername, const QString& theRefreshToken,
                   const QDateTime& theRefreshTimeout);
 
+    ///@{
+    /// Copies carry everything, the one-shot extras too.
     VXCredentials(const VXCredentials&) = default;
     VXCredentials& operator=(const VXCredentials&) = default;
+    ///@}
+
     virtual ~VXCredentials();
 
     /// Takes the items "login" and "zelAuthOnceToken" of the link's query, in Qt's pretty-decoded
@@ -31,31 +37,58 @@ public:
     /// is missing is empty.
     [[nodiscard]] static VXCredentials fromZelDeeplink(const QUrl& theUrl);
 
+    /// Its case is kept; operator==() heeds it.
     [[nodiscard]] QString username() const { return myUsername; }
+
+    /// Leaves password and tokens alone, also those of another user.
     void setUsername(const QString& theUsername) { myUsername = theUsername; }
+
+    /// Blanks alone count as a name.
     [[nodiscard]] bool hasUserName() const { return !myUsername.isEmpty(); }
 
     /// The plain text, deciphered now.
     [[nodiscard]] QString password() const;
+
+    /// Takes the plain text and enciphers it at once.
     void setPassword(const QString& thePassword);
+
+    /// Deciphers it to look: an enciphered empty text is no password.
     [[nodiscard]] bool hasPassword() const;
 
     /// The enciphered form as it is.
     [[nodiscard]] QString encryptedPassword() const { return myEncryptedPassword; }
+
+    /// Takes what encryptedPassword() gave; anything else deciphers to nothing useful.
     void setEncryptedPassword(const QString& thePassword) { myEncryptedPassword = thePassword; }
 
+    /// The plain token (RFC 6749, 1.5), whether it is still valid or not.
     [[nodiscard]] QString refreshToken() const { return myRefreshToken; }
+
+    /// The timeout stays and must be set with it.
     void setRefreshToken(const QString& theToken) { myRefreshToken = theToken; }
+
+    /// When the refresh token lapses; an invalid time counts as lapsed.
     [[nodiscard]] QDateTime refreshTimeout() const { return myRefreshTimeout; }
+
+    /// Not checked here; refreshTokenIsValid() looks at it.
     void setRefreshTimeout(const QDateTime& theTimeout) { myRefreshTimeout = theTimeout; }
 
     /// Works once, from a deep link.
     [[nodiscard]] QString authOnceToken() const { return myAuthOnceToken; }
+
+    /// Neither save() nor strippedForRefresh() keeps it.
     void setAuthOnceToken(const QString& theToken) { myAuthOnceToken = theToken; }
+
+    /// Whether it is not empty; it stays after its use.
     [[nodiscard]] bool hasAuthOnceToken() const { return !myAuthOnceToken.isEmpty(); }
 
+    /// What the user typed as the second factor; works once.
     [[nodiscard]] QString twoFactorAuthentificationCode() const { return myTwoFactorCode; }
+
+    /// Neither save() nor strippedForRefresh() keeps it.
     void setTwoFactorAuthentificationCode(const QString& theCode) { myTwoFactorCode = theCode; }
+
+    /// Whether it is not empty; it stays after its use.
     [[nodiscard]] bool hasTwoFactorAuthentificationCode() const
     {
         return !myTwoFactorCode.isEmpty();
@@ -63,6 +96,8 @@ public:
 
     /// The host's reversible cipher.
     [[nodiscard]] QString encrypt(const QString& theText) const;
+
+    /// The way back; see VXCrypto::decryptDES() for what is no such text.
     [[nodiscard]] QString decrypt(const QString& theText) const;
 
     /// User name and password.
@@ -71,6 +106,7 @@ public:
     /// User name and a refresh token that is valid.
     [[nodiscard]] bool isWeak() const { return hasUserName() && refreshTokenIsValid(); }
 
+    /// Whether a login with them can be tried: strong or weak.
     [[nodiscard]] bool isValid() const { return isStrong() || isWeak(); }
 
     /// Whether at least two calendar days remain until the timeout, so that no refresh is tried

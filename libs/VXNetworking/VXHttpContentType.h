@@ -18,6 +18,7 @@ enum VXNETWORKING_EXPORT VXHttpContentTypeEnum : int
 class VXNETWORKING_EXPORT VXHttpContentType : public VXEnumWrapper<VXHttpContentTypeEnum>
 {
 public:
+    /// Implicitly from a value; ContentNone by default.
     using VXEnumWrapper::VXEnumWrapper;
 
     void fillTable(VXEnumToStringTable<VXHttpContentTypeEnum>* theTable) const override;

@@ -36,6 +36,7 @@ class VXNETWORKING_EXPORT VXHttpOperation : public QObject
     Q_OBJECT
 
 public:
+    /// Sends nothing yet. The time of logged durations begins here.
     VXHttpOperation(QNetworkAccessManager::Operation theOperation, const QUrl& theUrl,
                     const QByteArray& thePayload, const VXHttpContentType& theContentType);
     /// Everything but a multipart body that was not sent yet: that stays with the original.
@@ -43,6 +44,7 @@ public:
     VXHttpOperation& operator=(const VXHttpOperation&) = delete;
     ~VXHttpOperation() override;
 
+    /// The payload goes out as it is.
     static VXHttpOperation create(const QUrl& theUrl, const QByteArray& thePayload,
                                   const VXHttpContentType& theContentType,
                                   QNetworkAccessManager::Operation theOperation);
@@ -50,15 +52,20 @@ public:
     static VXHttpOperation create(const QUrl& theUrl, const QJsonDocument& theDocument,
                                   QNetworkAccessManager::Operation theOperation,
                                   const VXHttpContentType& theContentType);
+
+    /// The same with an object.
     static VXHttpOperation create(const QUrl& theUrl, const QJsonObject& theObject,
                                   QNetworkAccessManager::Operation theOperation,
                                   const VXHttpContentType& theContentType);
     /// The payload is the fully encoded query, as a form.
     static VXHttpOperation create(const QUrl& theUrl, const QUrlQuery& theQuery,
                                   QNetworkAccessManager::Operation theOperation);
+
+    /// Without payload and content type.
     static VXHttpOperation create(const QUrl& theUrl,
                                   QNetworkAccessManager::Operation theOperation);
 
+    /// Adds a header or replaces the one of exactly this name.
     void setHeader(const QString& theName, const QString& theValue);
     /// Replaces every header that was set before.
     void setHeader(const VXHttpParameter& theHeaders);
@@ -77,26 +84,38 @@ public:
     QByteArray exec();
     /// exec(); true when no error occurred.
     bool send();
-    /// The sending halves of exec(): block until the reply has finished. The caller owns it; null
+    /// The sending half of exec(): blocks until the reply has finished. The caller owns it; null
     /// when the operation cannot be sent that way.
     QNetworkReply* sendPayload();
+
+    /// The same for a multipart body, which the reply takes over; null without one.
     QNetworkReply* sendMultiPart();
 
+    /// Of the last execution; no error before the first.
     [[nodiscard]] VXNetworkingError errorStatus() const { return myError; }
+
+    /// Judged by severity, see VXNetworkingError::errorOccurred().
     [[nodiscard]] bool errorOccurred() const { return myError.errorOccurred(); }
     /// The status of the last answer; 0 when there was none.
     [[nodiscard]] int httpResponseCode() const { return myHttpResponseCode; }
     /// Message and details, one below the other; empty when no error occurred.
     [[nodiscard]] QString describeError() const;
 
-    /// These execute and convert the body; what cannot be converted becomes an error.
+    /// The same as exec(). The operations below execute, too, and convert the body; what cannot be
+    /// converted becomes an error.
     QByteArray receiveData();
-    QString receiveString(); // UTF-8
+
+    /// The body read as UTF-8, also that of a failed exchange.
+    QString receiveString();
     /// Empty when an error occurred.
     QJsonDocument receiveJsonDocument();
     /// Also the body of a failed exchange.
     QJsonDocument receiveJsonDocumentWithErrorBody();
+
+    /// Empty when an error occurred or the document is no object, which is no error.
     QJsonObject receiveJsonObject();
+
+    /// The same, also from the body of a failed exchange.
     QJsonObject receiveJsonObjectWithErrorBody();
     /// Null when an error occurred.
     QDomDocument receiveXml();

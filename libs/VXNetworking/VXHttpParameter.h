@@ -14,10 +14,15 @@ class VXNETWORKING_EXPORT VXHttpParameter
 {
 public:
     VXHttpParameter() = default;
+
+    ///@{
+    /// Cheap: copies share the map until one of them changes.
     VXHttpParameter(const VXHttpParameter&) = default;
     VXHttpParameter(VXHttpParameter&&) noexcept = default;
     VXHttpParameter& operator=(const VXHttpParameter&) = default;
     VXHttpParameter& operator=(VXHttpParameter&&) noexcept = default;
+    ///@}
+
     virtual ~VXHttpParameter();
 
     /// The value under exactly this name, else theDefault.

@@ -15,10 +15,16 @@ class VXNETWORKING_EXPORT VXHttpRangeHeaderInfo
 public:
     /// theTotal is the size of the whole resource in bytes. A number beyond 64 bits counts as 0.
     VXHttpRangeHeaderInfo(const QString& theRangeHeader, qint64 theTotal);
+
+    ///@{
+    /// Copies three numbers.
     VXHttpRangeHeaderInfo(const VXHttpRangeHeaderInfo&) = default;
     VXHttpRangeHeaderInfo& operator=(const VXHttpRangeHeaderInfo&) = default;
+    ///@}
+
     virtual ~VXHttpRangeHeaderInfo();
 
+    /// Whether the header named a range; else the whole resource is to be sent.
     [[nodiscard]] bool isPartial() const noexcept { return myStart >= 0; }
 
     /// The first byte's index; -1 without a range.

@@ -88,20 +88,28 @@ public:
                              const char* theSlot, const QObject* theAborter,
                              const VXHttpParameter& theHeaders);
 
-    /// These block until the reply has finished or theTimeout (seconds) is over. The caller owns
-    /// the reply; it is null only when the operation is not supported.
+    /// GET. This and those below block until the reply has finished or theTimeout (seconds) is
+    /// over. The caller owns the reply; it is null only when the operation is not supported.
     QNetworkReply* syncronGet(const QUrl& theUrl, int theTimeout, const QObject* theReceiver,
                               const char* theSlot, const VXHttpParameter& theHeaders);
+
+    /// DELETE without a body.
     QNetworkReply* syncronDelete(const QUrl& theUrl, int theTimeout, const QObject* theReceiver,
                                  const char* theSlot, const VXHttpParameter& theHeaders);
+
+    /// POST with theData as its body; theContentType may be empty.
     QNetworkReply* syncronPost(const QUrl& theUrl, const QByteArray& theData,
                                const QString& theContentType, int theTimeout,
                                const QObject* theReceiver, const char* theSlot,
                                const VXHttpParameter& theHeaders);
+
+    /// PUT with theData as its body; theContentType may be empty.
     QNetworkReply* syncronPut(const QUrl& theUrl, const QByteArray& theData,
                               const QString& theContentType, int theTimeout,
                               const QObject* theReceiver, const char* theSlot,
                               const VXHttpParameter& theHeaders);
+
+    /// startHttp() and waitForRequest() in one; for any supported operation.
     QNetworkReply* syncronHttp(QNetworkAccessManager::Operation theOperation, const QUrl& theUrl,
                                const QByteArray& theData, const QString& theContentType,
                                int theTimeout, const QObject* theReceiver, const char* theSlot,
@@ -120,6 +128,8 @@ public:
 
     /// False: certificate errors are ignored without a question. Any thread.
     static bool validateSslCertificate();
+
+    /// For the whole process, from the next TLS error on; true at the start. Any thread.
     static void setValidateSslCertificate(bool theValidate);
 
     /// Makes the process-wide list of CA certificates: Qt's, the system's and the application's
@@ -131,15 +141,24 @@ public:
     removeInvalidCertificates(QList<QSslCertificate> theCertificates) const;
 
 Q_SIGNALS:
-    /// The questions of this manager; VXNetworkAccessManagerSignalDispatcher hands them on.
+    /// A server wants a login. VXNetworkAccessManagerSignalDispatcher hands this question on, and
+    /// the two below.
     void authenticationRequired(const QUrl& theUrl, QAuthenticator* theAuthenticator);
+
+    /// A proxy wants a login. theUrl is always empty: a proxy is known by its host name only.
     void proxyAuthenticationRequired(const QUrl& theUrl, QAuthenticator* theAuthenticator,
                                      const QString& theProxyHost);
+
+    /// A certificate has errors. theHost is "host" or "host:port". *theResult is false at first;
+    /// true ignores the errors, and those of this host until the process ends.
     void askIgnoreSSLErrors(const QString& theHost, const QList<QString>& theErrorList,
                             bool* theResult);
 
 public Q_SLOTS:
+    /// Emits authenticationRequired() with the reply's address, and waits for the answer.
     void handleAuthenticationRequest(QNetworkReply* theReply, QAuthenticator* theAuthenticator);
+
+    /// Emits proxyAuthenticationRequired(), and waits for the answer.
     void handleProxyAuthenticationRequest(const QNetworkProxy& theProxy,
                                           QAuthenticator* theAuthenticator);
     /// Ignores the errors of a host that the user has accepted in this run; asks otherwise.

@@ -37,21 +37,42 @@ public:
 
     /// The proxy that the user entered, whether it is used or not.
     [[nodiscard]] QNetworkProxy proxy() const;
+
+    /// Empty when the proxy wants no login.
     [[nodiscard]] QString proxyUser() const;
+
+    /// Plain text; only the store holds it enciphered.
     [[nodiscard]] QString proxyPassword() const;
+
+    /// NoProxy until the user entered a proxy.
     [[nodiscard]] QNetworkProxy::ProxyType proxyType() const;
+
+    /// A host name or an address, without scheme and port.
     [[nodiscard]] QString proxyHostName() const;
+
+    /// 0 to 65535; 0 when none was entered.
     [[nodiscard]] int proxyPort() const;
+
+    /// Whether the proxy above is used, the system's, or none.
     [[nodiscard]] VXProxyChoice proxyChoice() const;
 
     // The setters change the value in memory; saveSettings() keeps it.
+    /// An empty text means no login.
     void setProxyUser(const QString& theUser);
+
+    /// Takes the plain text.
     void setProxyPassword(const QString& thePassword);
+
+    /// Qt sets the proxy's capabilities by it.
     void setProxyType(QNetworkProxy::ProxyType theType);
+
+    /// Not checked.
     void setProxyHostName(const QString& theHostName);
 
     /// Outside 0..65535 stores 0, with a warning.
     void setProxyPort(int thePort);
+
+    /// Requests that begin afterwards follow it.
     void setProxyChoice(const VXProxyChoice& theChoice);
 
     /// Reads choice and proxy, from the keys of old versions if there are some.

@@ -21,6 +21,7 @@ class VXNETWORKING_EXPORT VXNetworkingErrorMessageMap : public QObject
     Q_DISABLE_COPY_MOVE(VXNetworkingErrorMessageMap)
 
 public:
+    /// Fills nothing; the first look-up does.
     explicit VXNetworkingErrorMessageMap(QObject* theParent = nullptr);
     ~VXNetworkingErrorMessageMap() override;
 

@@ -20,6 +20,7 @@ class VXNETWORKING_EXPORT VXNetworkingErrorSeverityMessageMap : public QObject
     Q_DISABLE_COPY_MOVE(VXNetworkingErrorSeverityMessageMap)
 
 public:
+    /// Fills nothing; the first look-up does.
     explicit VXNetworkingErrorSeverityMessageMap(QObject* theParent = nullptr);
     ~VXNetworkingErrorSeverityMessageMap() override;
 

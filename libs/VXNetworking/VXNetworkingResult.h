@@ -26,13 +26,20 @@ public:
     /// without a payload.
     VXNetworkingResult(VXNetworkingErrorCode theCode);
 
+    ///@{
+    /// The document is explicitly shared: a change of its nodes shows in every copy.
     VXNetworkingResult(const VXNetworkingResult&) = default;
     VXNetworkingResult(VXNetworkingResult&&) noexcept = default;
     VXNetworkingResult& operator=(const VXNetworkingResult&) = default;
     VXNetworkingResult& operator=(VXNetworkingResult&&) noexcept = default;
+    ///@}
+
     virtual ~VXNetworkingResult();
 
+    /// A copy; raiseError() changes the one in here.
     [[nodiscard]] VXNetworkingError error() const { return myError; }
+
+    /// That of error(); NotExecuted until somebody filled the result in.
     [[nodiscard]] VXNetworkingErrorCode errorCode() const { return myError.errorCode(); }
 
     /// Judged by severity: informational codes are no errors.
@@ -40,6 +47,8 @@ public:
 
     /// True without a document, or when an error occurred.
     [[nodiscard]] bool isAbortSituation() const;
+
+    /// The opposite of isAbortSituation(): a document and no error.
     [[nodiscard]] bool isSuccess() const { return !isAbortSituation(); }
 
     /// The element "content" of the answer; null when absent. Check it also after success.

@@ -41,6 +41,7 @@ class VXNETWORKING_EXPORT VXOAuth2LoginDialog : public QDialog
     Q_DISABLE_COPY_MOVE(VXOAuth2LoginDialog)
 
 public:
+    /// What stands below the page; combine with "|".
     enum OAuth2LoginDialogOption
     {
         NoOption = 0,
@@ -61,15 +62,21 @@ public:
     /// Whether the user wants the authorisation to be kept; never without SaveLoginDataOption.
     [[nodiscard]] bool saveLoginData() const;
 
-    /// End the dialog after 250 milliseconds, so that the event of the page that led here is over.
+    /// Accepts the dialog after 250 milliseconds, so that the event of the page that led here is
+    /// over.
     void startAcceptTimer() const;
+
+    /// The same with QDialog::Rejected.
     void startRejectTimer() const;
 
     /// Of the page that is shown.
     [[nodiscard]] QUrl url() const;
+
+    /// Of the page that is shown.
     [[nodiscard]] QString title() const;
 
 Q_SIGNALS:
+    /// The view went on to theUrl: by a link, a redirect or a script.
     void urlHasChanged(const QUrl& theUrl);
 
     /// Emit it to show or hide the bar with the address.
@@ -91,7 +98,10 @@ public Q_SLOTS:
     /// Looks at the clock; called every 500 milliseconds while the first page loads.
     void handleTimeout();
 
+    /// Only keeps the code; startAcceptTimer() ends the dialog.
     void setAccessCode(const QString& theCode) { myAccessCode = theCode; }
+
+    /// Stops the view; what was loaded stays, and the dialog, too.
     void stopLoading();
 
 protected:

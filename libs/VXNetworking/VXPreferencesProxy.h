@@ -20,6 +20,7 @@ class VXNETWORKING_EXPORT VXPreferencesProxy : public VXPreferencesBox
     Q_DISABLE_COPY_MOVE(VXPreferencesProxy)
 
 public:
+    /// Empty until readFromConfig(); no choice is checked.
     explicit VXPreferencesProxy(QWidget* theParent = nullptr);
     ~VXPreferencesProxy() override;
 
@@ -33,22 +34,34 @@ public:
     /// Checks the button of theChoice; an unknown choice changes nothing.
     void setChoice(const VXProxyChoice& theChoice);
 
+    /// The selected type; HttpProxy at first.
     [[nodiscard]] QNetworkProxy::ProxyType proxyType() const;
 
     /// Selects theType; one that the page does not offer changes nothing.
     void setProxyType(QNetworkProxy::ProxyType theType);
 
+    /// 0 to 65535.
     [[nodiscard]] int port() const;
+
+    /// Beyond 0 to 65535 the nearest of both is taken.
     void setPort(int thePort);
 
     /// The host name.
     [[nodiscard]] QString proxy() const;
+
+    /// The host name, not checked.
     void setProxy(const QString& theProxy);
 
+    /// The user name for the proxy; may be empty.
     [[nodiscard]] QString proxyLogin() const;
+
+    /// The user name for the proxy; may be empty.
     void setProxyLogin(const QString& theLogin);
 
+    /// Plain text; the field shows dots.
     [[nodiscard]] QString proxyPassword() const;
+
+    /// Takes the plain text.
     void setProxyPassword(const QString& thePassword);
 
     void readFromConfig() override;
@@ -60,6 +73,7 @@ public:
     [[nodiscard]] bool checkLeaveCondition() override;
 
 Q_SIGNALS:
+    /// Whether the fields of the user's own proxy may be used; follows the choice.
     void enableProxyControlls(bool theEnable);
 
 private:

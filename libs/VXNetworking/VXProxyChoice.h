@@ -16,6 +16,7 @@ enum VXNETWORKING_EXPORT VXProxyChoiceEnum : int
 class VXNETWORKING_EXPORT VXProxyChoice : public VXEnumWrapper<VXProxyChoiceEnum>
 {
 public:
+    /// Implicitly from a value; ProxyChoiceNone by default.
     using VXEnumWrapper::VXEnumWrapper;
 
     void fillTable(VXEnumToStringTable<VXProxyChoiceEnum>* theTable) const override;

@@ -18,6 +18,7 @@ class VXNETWORKING_EXPORT VXQWebEngineUrlSchemeHandler
     Q_DISABLE_COPY_MOVE(VXQWebEngineUrlSchemeHandler)
 
 public:
+    /// Answers nothing before it is installed in a profile, which does not own it.
     explicit VXQWebEngineUrlSchemeHandler(QObject* theParent = nullptr);
     ~VXQWebEngineUrlSchemeHandler() override;
 

@@ -22,6 +22,7 @@ class VXNETWORKING_EXPORT VXQWebEngineWebView : public VXWebView
     Q_DISABLE_COPY_MOVE(VXQWebEngineWebView)
 
 public:
+    /// The widget is made a child of theParentWidget at once; null makes it a window of its own.
     explicit VXQWebEngineWebView(QWidget* theParentWidget);
     ~VXQWebEngineWebView() override;
 

@@ -36,6 +36,8 @@ protected:
     /// The page of a new browser dialog, which belongs to itself and goes when it is closed. Null
     /// refuses the window.
     QWebEnginePage* createWindow(QWebEnginePage::WebWindowType theType) override;
+
+    /// One line of the log for each message, at the level of information whatever theLevel is.
     void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel theLevel, const QString& theMessage,
                                   int theLineNumber, const QString& theSourceId) override;
 

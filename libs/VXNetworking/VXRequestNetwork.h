@@ -73,7 +73,11 @@ public:
     /// Offers the network settings and another try; both count as "once more".
     [[nodiscard]] bool handleConnectionError(const VXNetworkingError& theError);
 
+    /// Tells how the update of the price list ended.
     void productListUpdateFinished(bool theSuccess);
+
+    /// Tells that the program must be started anew, because the sizes of page packages changed.
+    /// Ends nothing.
     void softwareMustBeRestarted();
 
     /// Tells of an error that cannot be ignored. theError is shown as HTML.
@@ -109,8 +113,13 @@ public Q_SLOTS:
     /// InvalidLogin goes to handleNetworkError().
     void handleInvalidLoginError(const VXNetworkingError& theError);
 
+    /// Tells that the program is up to date.
     void updateNotNecessary();
+
+    /// Tells that the update failed, and which programs it needs.
     void warnUpdateError();
+
+    /// Tells that this program is no longer supported; the server's message may be rich text.
     void showPhaseOutMessage(const QString& theDeprecationMessage);
 
 Q_SIGNALS:

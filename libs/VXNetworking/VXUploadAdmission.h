@@ -10,6 +10,7 @@
 class VXUploadAdmission
 {
 public:
+    /// Name and value of each header line, in the order in which they came.
     using Headers = QList<QPair<QByteArray, QByteArray>>;
 
     VXUploadAdmission() = delete;

@@ -12,7 +12,10 @@ public:
     /// An empty theMimeType is found out from the file.
     VXUploadFile(const QString& theType, const QString& theFile, const QString& theMimeType);
 
+    /// The name of the form field, or the kind of the part.
     [[nodiscard]] QString type() const { return myType; }
+
+    /// The path as given; the file may be missing.
     [[nodiscard]] QString file() const { return myFile; }
 
     /// The given MIME type; without one, that of the file.

@@ -11,14 +11,24 @@ class VXNETWORKING_EXPORT VXUrlQueryItem
 {
 public:
     VXUrlQueryItem() = default;
+
+    /// theValue is decoded text; addToUrlQuery() encodes it.
     VXUrlQueryItem(const QString& theName, const QString& theValue);
+
+    ///@{
+    /// Cheap: copies share both texts.
     VXUrlQueryItem(const VXUrlQueryItem&) = default;
     VXUrlQueryItem(VXUrlQueryItem&&) noexcept = default;
     VXUrlQueryItem& operator=(const VXUrlQueryItem&) = default;
     VXUrlQueryItem& operator=(VXUrlQueryItem&&) noexcept = default;
+    ///@}
+
     virtual ~VXUrlQueryItem();
 
+    /// addToUrlQuery() takes it as it is, without encoding it.
     [[nodiscard]] QString name() const { return myName; }
+
+    /// Decoded.
     [[nodiscard]] QString value() const { return myValue; }
 
     /// Both texts, case-sensitive.

@@ -18,15 +18,23 @@ public:
     /// form is decoded once more.
     VXUrlQueryItemList(const QUrlQuery& theQuery);
 
+    ///@{
+    /// Cheap: copies share the items until one of them changes.
     VXUrlQueryItemList(const VXUrlQueryItemList&) = default;
     VXUrlQueryItemList(VXUrlQueryItemList&&) noexcept = default;
     VXUrlQueryItemList& operator=(const VXUrlQueryItemList&) = default;
     VXUrlQueryItemList& operator=(VXUrlQueryItemList&&) noexcept = default;
+    ///@}
+
     virtual ~VXUrlQueryItemList();
 
+    /// At the end, also when an equal item is there.
     void append(const VXUrlQueryItem& theItem) { myItems.append(theItem); }
 
+    /// Duplicates count.
     [[nodiscard]] qsizetype size() const noexcept { return myItems.size(); }
+
+    /// Whether there is no item at all.
     [[nodiscard]] bool isEmpty() const noexcept { return myItems.isEmpty(); }
 
     /// theIndex counts from 0 and must be below size().
@@ -34,6 +42,8 @@ public:
     {
         return myItems.at(theIndex);
     }
+
+    /// All items in their order; a copy that shares the data.
     [[nodiscard]] QList<VXUrlQueryItem> items() const { return myItems; }
 
     /// Adds each item in list order; see VXUrlQueryItem::addToUrlQuery().

@@ -49,7 +49,10 @@ public:
     /// the process ends. With a handler in place it does nothing.
     void installUrlSchemeHandler() const;
 
+    /// Notes a cookie that the engine has stored.
     void cookieAdded(const QNetworkCookie& theCookie);
+
+    /// Forgets each noted cookie that equals the one that the engine has dropped.
     void cookieRemoved(const QNetworkCookie& theCookie);
 
     /// Deletes every cookie whose domain contains theDomain, anywhere and case-sensitively; an

@@ -25,6 +25,7 @@ class VXNETWORKING_EXPORT VXWebView : public QObject
     Q_DISABLE_COPY_MOVE(VXWebView)
 
 public:
+    /// theParentWidget is only remembered; it does not become the parent of this object.
     explicit VXWebView(QWidget* theParentWidget);
     ~VXWebView() override;
 
@@ -34,7 +35,11 @@ public:
 
     /// The widget that shows the page; null after it died.
     [[nodiscard]] virtual QWidget* nativeWidget() = 0;
+
+    /// A hook for views whose widget may be replaced; does nothing here.
     virtual void updateNativeWidget(QWidget* theWidget);
+
+    /// Begins to load theUrl and returns at once; the signals tell how it goes.
     virtual void setUrl(const QUrl& theUrl) = 0;
 
     /// Runs theScript; its result arrives later and is stored under the script's text in
@@ -44,12 +49,20 @@ public:
     /// The same with a callback, which may be empty; it is called in the view's thread.
     virtual void runJavascriptAsync(const QString& theScript,
                                     std::function<void(QVariant)> theCallback) = 0;
+
+    /// Whether the application answers requests of theScheme itself, as it does for "tov".
     [[nodiscard]] virtual bool handlesURLScheme(const QString& theScheme) const = 0;
 
     /// Shows theHtml, which has no base address: relative links lead nowhere.
     virtual void setHtml(const QString& theHtml) = 0;
+
+    /// The title of the page; empty before one was shown.
     [[nodiscard]] virtual QString title() const = 0;
+
+    /// The address of the page, after redirects.
     [[nodiscard]] virtual QUrl url() const = 0;
+
+    /// Breaks loading off; what was loaded stays.
     virtual void stop() const = 0;
 
     /// As the engine reports it: empty before a page was shown, and in pixels of the screen, which
@@ -58,6 +71,8 @@ public:
 
     /// A channel to talk with the page, which the caller owns.
     [[nodiscard]] virtual VXAbstractCommunication* createCommunication(const QString& theName);
+
+    /// The cookies of all views: they share one store. Returns at once.
     virtual void deleteAllCookies() = 0;
 
     /// Runs theScript and waits for its result. In the view's thread a local event loop runs
@@ -65,18 +80,33 @@ public:
     /// delivered it. There is no time limit. Invalid for a script without a result.
     [[nodiscard]] QVariant runJavascriptSync(const QString& theScript);
 
+    /// As given to the constructor. Not watched: it dangles when that widget has died.
     [[nodiscard]] QWidget* parentWidget() const { return myParentWidget; }
 
 Q_SIGNALS:
+    /// A page begins to load.
     void loadStarted();
+
+    /// ok is false when the page could not be loaded, or loading was stopped.
     void loadFinished(bool ok);
+
+    /// A script of the page wants its window closed.
     void windowCloseRequested();
+
+    /// Also while the page is shown, by a script.
     void titleChanged(const QString& theTitle);
+
+    /// Per cent, 0 to 100.
     void loadProgress(int theProgress);
+
+    /// A link, a redirect or a script went on to theUrl.
     void urlChanged(const QUrl& theUrl);
+
+    /// In the unit of contentsSize().
     void contentsSizeChanged(const QSizeF& theSize);
 
 public Q_SLOTS:
+    /// Loads the page again and returns at once.
     virtual void reload() const = 0;
 
     /// Shows the print dialog and prints in the background.
