@@ -3,10 +3,15 @@
 #
 # A Qt Test program. Without SOURCES it is made of NAME.cpp. It makes its own private home
 # folder (tests/support/VXTestMain.h), so it passes alone, in any order and beside others.
+# The label webengine means that it starts the web engine; sanitizer builds leave it out.
 # With PHONES it runs in a network namespace of its own with that many others in reach, see
 # script/in-namespace.
 function(vx_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT;PHONES" "SOURCES;LINK;LABELS")
+    # The engine's own processes and allocators are not for sanitizers.
+    if(VX_SANITIZE AND "webengine" IN_LIST arg_LABELS)
+        return()
+    endif()
     if(NOT arg_SOURCES)
         set(arg_SOURCES ${name}.cpp)
     endif()

@@ -1,6 +1,7 @@
 #include <VXNetworking/VXHttpOperation.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDebug>
 #include <QtCore/QJsonObject>
 #include <QtCore/QUrl>
 

@@ -2,6 +2,7 @@
 
 #include <VXCore/VXMainWindowHandle.h>
 
+#include <QtCore/QDebug>
 #include <QtCore/QFileInfo>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QPushButton>

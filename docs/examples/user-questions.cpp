@@ -3,6 +3,7 @@
 #include <VXNetworking/VXRequestNetwork.h>
 
 #include <QtCore/QUrl>
+#include <QtNetwork/QAuthenticator>
 #include <QtWidgets/QApplication>
 
 int main(int theCount, char** theArguments)
