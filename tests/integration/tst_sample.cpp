@@ -13,6 +13,7 @@
 #include <QtGui/QImage>
 
 #include <memory>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -83,6 +84,7 @@ private Q_SLOTS:
     void refusedCertificateIsExplained();
     void mainWindowAppearsWithoutADisplay();
     void windowIsWhatNoCommandMeans();
+    void twoProcessesDoNotDisturbEachOther();
     void onlyCommandsWithWindowsStartTheWebEngine();
 
 private:
@@ -896,6 +898,19 @@ void tst_sample::mainWindowAppearsWithoutADisplay()
     const VXSampleRun shown = run({u"--offscreen"_s, u"--exit-after"_s, u"1"_s, u"gui"_s});
     QCOMPARE(shown.exitCode(), 0);
     QCOMPARE(shown.events(u"shown"_s).size(), 1);
+}
+
+/// With the same settings, log and temporary folder.
+void tst_sample::twoProcessesDoNotDisturbEachOther()
+{
+    const QStringList arguments{u"--offscreen"_s, u"--exit-after"_s, u"2"_s, u"gui"_s};
+    int first = -1;
+    std::thread other([&arguments, &first] { first = VXSampleRun(arguments).exitCode(); });
+    const VXSampleRun second(arguments);
+    other.join();
+    QCOMPARE(first, 0);
+    QVERIFY2(second.exitCode() == 0, qPrintable(second.standardError()));
+    QCOMPARE(second.events(u"shown"_s).size(), 1);
 }
 
 void tst_sample::windowIsWhatNoCommandMeans()
