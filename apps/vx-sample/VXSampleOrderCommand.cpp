@@ -4,6 +4,7 @@
 #include "VXSampleContext.h"
 #include "VXSampleErrorJson.h"
 #include "VXSampleExchange.h"
+#include "VXSampleOrder.h"
 #include "VXSampleOutput.h"
 
 #include <VXNetworking/VXHttpOperation.h>
@@ -11,23 +12,13 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
-#include <QtCore/QTextStream>
 #include <QtCore/QUrlQuery>
-#include <QtXml/QDomDocument>
 
 #include <limits>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString contentText(const VXNetworkingResult& theResult)
-{
-    QString text;
-    QTextStream stream(&text);
-    theResult.contentNode().save(stream, 1);
-    return text;
-}
 
 QJsonObject toJson(const VXNetworkingResult& theResult)
 {
@@ -37,7 +28,7 @@ QJsonObject toJson(const VXNetworkingResult& theResult)
     object.insert(u"coupon"_s, theResult.error().defectiveCouponCode());
     object.insert(u"waitTime"_s, theResult.error().waitTime());
     object.insert(u"serverTimeStamp"_s, theResult.serverTimeStamp());
-    object.insert(u"content"_s, contentText(theResult));
+    object.insert(u"content"_s, VXSampleOrder::contentText(theResult));
     return object;
 }
 
@@ -73,11 +64,7 @@ VXSampleExitCode VXSampleOrderCommand::run(const QCommandLineParser& theArgument
 
     VXHttpOperation operation = VXHttpOperation::create(url, QNetworkAccessManager::GetOperation);
     operation.setTimeout(*timeout);
-    const QDomDocument answer = operation.receiveXml();
-    // The answer tells its own error; without one the exchange failed.
-    VXNetworkingResult result = operation.errorOccurred()
-                                    ? VXNetworkingResult(operation.errorStatus().errorCode())
-                                    : VXNetworkingResult(answer);
+    VXNetworkingResult result = VXSampleOrder::exchange(operation);
     if (theArguments.isSet(u"save"_s))
         result.saveContentToFile(QFileInfo(theArguments.value(u"save"_s)));
 

@@ -1,6 +1,7 @@
 #include "VXSampleOrderPanel.h"
 
 #include "VXSampleContext.h"
+#include "VXSampleOrder.h"
 #include "VXSampleOutcomeView.h"
 #include "VXSampleSimulator.h"
 
@@ -8,7 +9,6 @@
 #include <VXNetworking/VXNetworkingResult.h>
 #include <VXNetworking/VXRequestNetwork.h>
 
-#include <QtCore/QTextStream>
 #include <QtCore/QUrlQuery>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QFormLayout>
@@ -16,7 +16,6 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSpinBox>
 #include <QtWidgets/QVBoxLayout>
-#include <QtXml/QDomDocument>
 
 #include <limits>
 
@@ -24,22 +23,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString contentText(const VXNetworkingResult& theResult)
-{
-    QString text;
-    QTextStream stream(&text);
-    theResult.contentNode().save(stream, 2);
-    return text;
-}
-
-/// The answer tells its own error; without one the exchange failed.
 VXNetworkingResult exchange(const QUrl& theUrl)
 {
     VXHttpOperation operation =
         VXHttpOperation::create(theUrl, QNetworkAccessManager::GetOperation);
-    const QDomDocument answer = operation.receiveXml();
-    return operation.errorOccurred() ? VXNetworkingResult(operation.errorStatus().errorCode())
-                                     : VXNetworkingResult(answer);
+    return VXSampleOrder::exchange(operation);
 }
 
 } // namespace
@@ -125,5 +113,5 @@ void VXSampleOrderPanel::show(const VXNetworkingResult& theResult)
     myOutcome->showEnd(
         theResult.error(),
         tr("Die Bestellung ist angekommen, Zeit des Servers: %1.").arg(theResult.serverTimeStamp()),
-        contentText(theResult));
+        VXSampleOrder::contentText(theResult));
 }
