@@ -45,6 +45,12 @@ void benchProxy(VXBenchSession& theSession);
 void benchMessages(VXBenchSession& theSession);
 void benchTables(VXBenchSession& theSession);
 
+// VXWebBenchmarks.cpp
+void benchWebView(VXBenchSession& theSession);
+void benchExecutor(VXBenchSession& theSession);
+void benchScheme(VXBenchSession& theSession);
+void benchChannel(VXBenchSession& theSession);
+
 // VXPhoneBenchmarks.cpp
 void benchPhones(VXBenchSession& theSession);
 

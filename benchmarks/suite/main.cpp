@@ -4,6 +4,7 @@
 #include "VXTestEnvironment.h"
 #include "VXUploadPhone.h"
 #include "VXUploadTarget.h"
+#include "VXWebRun.h"
 
 #include <VXCore/VXDeploymentConfig.h>
 #include <VXCore/VXLogger.h>
@@ -241,6 +242,16 @@ int main(int theArgumentCount, char* theArguments[])
             return runServer(words);
         return runChild(words.mid(2));
     }
+    if (role == "first-load"_L1 && theArgumentCount == 4) { // counts what it logs, too
+        countLogs();
+        return VXWebRun::startToFirstLoad(theArgumentCount, theArguments,
+                                          QString::fromLocal8Bit(theArguments[2]),
+                                          QString::fromLocal8Bit(theArguments[3]));
+    }
     const QApplication application(theArgumentCount, theArguments);
+    if (role == "web"_L1) {
+        countLogs();
+        return VXWebRun::measure(QCoreApplication::arguments().mid(1));
+    }
     return runSuite(application);
 }
