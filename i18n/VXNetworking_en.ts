@@ -1064,12 +1064,9 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
         <source>Erfolgreich: Status %1, %2 Bytes in %3 ms.</source>
         <translation>Success: status %1, %2 bytes in %3 ms.</translation>
     </message>
-    <message numerus="yes">
-        <source>Alle %n Arbeitsthreads hatten Erfolg.</source>
-        <translation>
-            <numerusform>The worker thread succeeded.</numerusform>
-            <numerusform>All %n worker threads succeeded.</numerusform>
-        </translation>
+    <message>
+        <source>Alle %1 Arbeitsthreads hatten Erfolg.</source>
+        <translation>All %1 worker threads succeeded.</translation>
     </message>
     <message>
         <source>Datei hochladen</source>

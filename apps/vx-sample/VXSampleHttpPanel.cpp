@@ -231,7 +231,7 @@ void VXSampleHttpPanel::sendInThreads(const QUrl& theUrl)
 
     const auto failed = std::ranges::find_if(errors, &VXNetworkingError::errorOccurred);
     myOutcome->showEnd(failed == errors.end() ? VXNetworkingError() : *failed,
-                       tr("Alle %n Arbeitsthreads hatten Erfolg.", nullptr, count), {});
+                       tr("Alle %1 Arbeitsthreads hatten Erfolg.").arg(count), {});
     Q_EMIT exchanged();
 }
 
