@@ -16,7 +16,8 @@ public:
     ~VXSampleSignals();
 
 private:
-    sigset_t myBefore{}; // the signals that were blocked before
-    int myDescriptor = -1;
+    struct sigaction myInterruptBefore = {};
+    struct sigaction myTerminateBefore = {};
+    int myReadEnd = -1; // of a pipe that the handler writes to
     std::unique_ptr<QSocketNotifier> myNotifier;
 };

@@ -27,7 +27,7 @@ QString lastFolder(int theMode)
 {
     VXSettings settings;
     settings.beginGroup(groupName);
-    const QString folder = settings.value(lastFolderKey(theMode)).toString();
+    QString folder = settings.value(lastFolderKey(theMode)).toString();
     if (QFileInfo(folder).isDir())
         return folder;
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
@@ -89,7 +89,7 @@ QString VXRequestDiskAccess::getSaveFileName(int theMode, QWidget* theParent,
     const bool isAccepted = dialog->exec() == QDialog::Accepted;
     if (!dialog)
         return {};
-    const QString file = isAccepted ? dialog->selectedFiles().value(0) : QString();
+    QString file = isAccepted ? dialog->selectedFiles().value(0) : QString();
     delete dialog;
     if (!file.isEmpty())
         rememberFolder(theMode, file);
