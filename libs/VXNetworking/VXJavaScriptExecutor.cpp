@@ -69,7 +69,7 @@ void VXJavaScriptExecutor::waitForResults()
 
 void VXJavaScriptExecutor::resultCallback(const QString& theScript, QVariant theValue)
 {
-    myResults->insert(theScript, std::move(theValue));
+    (*myResults)[theScript] = std::move(theValue);
 }
 
 QVariant VXJavaScriptExecutor::result(const QString& theScript) const
