@@ -8,6 +8,8 @@
 #include "VXSimulatorProcess.h"
 #include "VXTestMain.h"
 
+#include <VXCore/VXInitializer.h>
+#include <VXCore/VXInitializerOption.h>
 #include <VXGUIWidgets/VXRequest.h>
 
 #include <QtCore/QElapsedTimer>
@@ -79,6 +81,7 @@ private:
 
 void tst_sample_window::initTestCase()
 {
+    VXInitializer::instance()->runSetup(VXInitializerOption::Headless); // the engine's, as a host
     mySimulatorProcess = std::make_unique<VXSimulatorProcess>();
     QVERIFY2(mySimulatorProcess->errorText().isEmpty(),
              qPrintable(mySimulatorProcess->errorText()));
