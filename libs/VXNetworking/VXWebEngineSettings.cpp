@@ -108,9 +108,10 @@ void VXWebEngineSettings::cleanup()
 void VXWebEngineSettings::installUrlSchemeHandler() const
 {
     registerScheme();
+    // Never destroyed: the engine asks it until the process ends.
+    static auto* const ourHandler = new VXQWebEngineUrlSchemeHandler;
     if (!profile()->urlSchemeHandler(schemeName))
-        profile()->installUrlSchemeHandler(schemeName,
-                                           new VXQWebEngineUrlSchemeHandler); // never deleted
+        profile()->installUrlSchemeHandler(schemeName, ourHandler);
 }
 
 void VXWebEngineSettings::cookieAdded(const QNetworkCookie& theCookie)
