@@ -339,6 +339,8 @@ void tst_VXQWebPage::aBadCertificateIsRefusedWhateverTheUserSays()
 void tst_VXQWebPage::aCertificateBeyondChoiceIsTold()
 {
     constexpr std::size_t flagOffset = 0x18;
+    if (qstrcmp(qVersion(), "6.4.2") != 0)
+        QSKIP("where the flag lies is known of Qt 6.4.2 only");
     VXTestCertificates certificates;
     VXTlsPeer peer(certificates.selfSigned());
     QString title;
@@ -363,8 +365,7 @@ void tst_VXQWebPage::aCertificateBeyondChoiceIsTold()
                     engine->handleCertificateError(error);
             });
     QCOMPARE(load(page, peer.url()), 0);
-    if (!wasChanged)
-        QSKIP("another version of the engine");
+    QVERIFY(wasChanged);
     QCOMPARE(user.count(), 1);
     QCOMPARE(title, u"SSL Fehler"_s);
     QCOMPARE(text, u"<html>Bei der Daten&uuml;bertragung mit dem Server<br><b>127.0.0.1</b><br>ist "
