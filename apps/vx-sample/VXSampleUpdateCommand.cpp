@@ -6,6 +6,7 @@
 #include "VXSampleExchange.h"
 #include "VXSampleOutput.h"
 
+#include <VXCore/VXDirectoryConfig.h>
 #include <VXNetworking/VXHttpOperation.h>
 #include <VXNetworking/VXRequestNetwork.h>
 
@@ -38,7 +39,8 @@ void VXSampleUpdateCommand::addOptions(QCommandLineParser& theParser) const
 {
     theParser.addOptions({
         {u"mandatory"_s, u"The program must be updated: there is no button for later."_s},
-        {u"notes"_s, u"The address of the release notes (HTML)."_s, u"URL"_s, u"/update"_s},
+        {u"notes"_s, u"The address of the release notes (HTML); without it those in the assets."_s,
+         u"URL"_s},
         {u"press"_s, u"Press the button by itself: now or later."_s, u"BUTTON"_s},
     });
 }
@@ -52,8 +54,9 @@ VXSampleExitCode VXSampleUpdateCommand::run(const QCommandLineParser& theArgumen
     const bool isMandatory = theArguments.isSet(u"mandatory"_s);
     if (isMandatory && button == QDialogButtonBox::Cancel)
         return refuse(theContext, u"update: a mandatory update has no button for later"_s);
-    QUrl url;
-    if (!theContext.resolve(theArguments.value(u"notes"_s), &url))
+    QUrl url =
+        QUrl::fromLocalFile(VXDirectoryConfig::instance()->htmlPath(u"/release-notes.html"_s));
+    if (theArguments.isSet(u"notes"_s) && !theContext.resolve(theArguments.value(u"notes"_s), &url))
         return VXSampleExitCode::EnvironmentError;
 
     VXHttpOperation operation = VXHttpOperation::create(url, QNetworkAccessManager::GetOperation);

@@ -269,7 +269,8 @@ void tst_sample_webdialogs::updateWaitsForTheUser()
 void tst_sample_webdialogs::updateWithoutNotesIsALibraryError()
 {
     (void)ask("PUT /behaviour", {{u"path"_s, u"/update"_s}, {u"status"_s, 503}});
-    const VXSampleRun failed = run({u"update"_s, u"--press"_s, u"now"_s});
+    const VXSampleRun failed =
+        run({u"update"_s, u"--notes"_s, u"/update"_s, u"--press"_s, u"now"_s});
     QCOMPARE(failed.exitCode(), 1);
     QCOMPARE(failed.result()[u"code"_s].toInt(), 3903);
 }
