@@ -80,7 +80,7 @@
     <message>
         <source>Es konnte keine Schnittstelle für eingehende Netzwerkverbindungen bereitgestellt werden.
 Bitte überprüfen sie Ihre Firewall und Netzwerkeinstellungen.</source>
-        <translation>No interface for incoming network connections could be provided.
+        <translation>No interface could be made available for incoming network connections.
 Please check your firewall and network settings.</translation>
     </message>
 </context>
@@ -162,7 +162,7 @@ Please check your firewall and network settings.</translation>
     </message>
     <message>
         <source>Bitte überprüfen Sie die Netzwerkeinstellungen Ihres Systems und die Proxyeinstellungen im Menü Extras/Optionen/Netzwerk. Bitte beachten Sie, dass in der Firewall die Ports 80 und 443 freigeschaltet sein müssen.</source>
-        <translation>Please check the network settings of your system and the proxy settings in the menu Tools/Options/Network. Please note that ports 80 and 443 must be open in your firewall.</translation>
+        <translation>Please check your system&apos;s network settings and the proxy settings in the menu Tools/Options/Network. Please note that ports 80 and 443 must be open in your firewall.</translation>
     </message>
     <message>
         <source>Fehlercode: %1</source>
@@ -373,7 +373,7 @@ Please check your firewall and network settings.</translation>
     </message>
     <message>
         <source>Sie können nicht 0 Dinge einer Sorte bestellen.</source>
-        <translation>You cannot order a quantity of 0 of any item.</translation>
+        <translation>You cannot order an item in a quantity of 0.</translation>
     </message>
     <message>
         <source>Das Preismodell hat sich geändert. Bitte starten Sie das Programm neu und bestellen Sie noch einmal.</source>
@@ -465,7 +465,7 @@ Please check your firewall and network settings.</translation>
     </message>
     <message>
         <source>Serverfehler. Umwandlungs bzw Anordnungsfehler in der Datenübertragung.</source>
-        <translation>Server error. The data could not be converted or were in the wrong order during transmission.</translation>
+        <translation>Server error. Conversion or ordering error during the data transfer.</translation>
     </message>
     <message>
         <source>Serverfehler. Netzwerk-Ausnahmefehler.</source>
@@ -505,7 +505,7 @@ Please check your firewall and network settings.</translation>
     </message>
     <message>
         <source>Der SSL/TLS Handshake ist fehlgeschlagen und es konnte keine verschlüsselte Verbindung hergestellt werden.</source>
-        <translation>The SSL/TLS handshake failed and an encrypted connection could not be established.</translation>
+        <translation>The SSL/TLS handshake failed, so an encrypted connection could not be established.</translation>
     </message>
     <message>
         <source>Ein unbekannter Netwerkfehler ist aufgetreten.</source>
@@ -605,11 +605,11 @@ Please check your firewall and network settings.</translation>
     </message>
     <message>
         <source>&lt;style&gt;.nobr {white-space: nowrap}&lt;/style&gt;Sie konnten sich nicht anmelden.&lt;p&gt;Mögliche Lösungen:&lt;ul&gt;&lt;li&gt;Haben Sie sich beim Login und Passwort vertippt?&lt;/li&gt;&lt;li&gt;Nutzen Sie die &apos;Passwort vergessen&apos;-Funktion&lt;/li&gt;&lt;li&gt;Bitte beachten Sie, dass Ihre Anmeldedaten bei anderen Handelspartnern nicht verwendet werden können.&lt;br&gt;&lt;p class=nobr&gt;%1 &lt;img src=&quot;%2&quot; alt=&quot;Logo&quot; style=&quot;vertical-align:top&quot;/&gt;&lt;/p&gt;&lt;/li&gt;&lt;/ul&gt;</source>
-        <translation>&lt;style&gt;.nobr {white-space: nowrap}&lt;/style&gt;You could not be logged in.&lt;p&gt;Possible solutions:&lt;ul&gt;&lt;li&gt;Did you mistype your login or password?&lt;/li&gt;&lt;li&gt;Use the &apos;Forgotten password&apos; function&lt;/li&gt;&lt;li&gt;Please note that your login details cannot be used with other retail partners.&lt;br&gt;&lt;p class=nobr&gt;%1 &lt;img src=&quot;%2&quot; alt=&quot;Logo&quot; style=&quot;vertical-align:top&quot;/&gt;&lt;/p&gt;&lt;/li&gt;&lt;/ul&gt;</translation>
+        <translation>&lt;style&gt;.nobr {white-space: nowrap}&lt;/style&gt;You could not be logged in.&lt;p&gt;Possible solutions:&lt;ul&gt;&lt;li&gt;Did you mistype your user name or password?&lt;/li&gt;&lt;li&gt;Use the &apos;Forgotten password&apos; function&lt;/li&gt;&lt;li&gt;Please note that your login details cannot be used with other retail partners.&lt;br&gt;&lt;p class=nobr&gt;%1 &lt;img src=&quot;%2&quot; alt=&quot;Logo&quot; style=&quot;vertical-align:top&quot;/&gt;&lt;/p&gt;&lt;/li&gt;&lt;/ul&gt;</translation>
     </message>
     <message>
         <source>Sie konnten sich nicht anmelden.&lt;p&gt;Mögliche Lösungen:&lt;ul&gt;&lt;li&gt;Haben Sie sich beim Login und Passwort vertippt?&lt;/li&gt;&lt;li&gt;Nutzen Sie die &apos;Passwort vergessen&apos;-Funktion&lt;/li&gt;&lt;/ul&gt;</source>
-        <translation>You could not be logged in.&lt;p&gt;Possible solutions:&lt;ul&gt;&lt;li&gt;Did you mistype your login or password?&lt;/li&gt;&lt;li&gt;Use the &apos;Forgotten password&apos; function&lt;/li&gt;&lt;/ul&gt;</translation>
+        <translation>You could not be logged in.&lt;p&gt;Possible solutions:&lt;ul&gt;&lt;li&gt;Did you mistype your user name or password?&lt;/li&gt;&lt;li&gt;Use the &apos;Forgotten password&apos; function&lt;/li&gt;&lt;/ul&gt;</translation>
     </message>
 </context>
 <context>
@@ -644,7 +644,7 @@ Please check your firewall and network settings.</translation>
     </message>
     <message>
         <source>Programmfehler bei der Deklaration der Bestellung.</source>
-        <translation>Program error while declaring the order.</translation>
+        <translation>Program error in the declaration of the order.</translation>
     </message>
     <message>
         <source>Bitte wenden Sie sich an den Kundendienst!</source>
@@ -670,7 +670,7 @@ Internetbrowsers geöffnet worden. Bitte melden Sie sich dort an.
 
 Nach erfolgreicher Anmeldung wird dieser Hinweisdialog
 automatisch geschlossen.</source>
-        <translation>A new window has been opened in your internet browser
+        <translation>A new window has been opened in your web browser
 for you to log in with %1. Please log in there.
 
 Once you have logged in, this message
@@ -689,7 +689,7 @@ will close automatically.</translation>
     </message>
     <message>
         <source>Bitte warten, Verbindung zu %1 wird hergestellt ...</source>
-        <translation>Please wait, connecting to %1 ...</translation>
+        <translation>Please wait, connecting to %1...</translation>
     </message>
     <message>
         <source>%1 nicht erreichbar</source>
@@ -765,7 +765,7 @@ Please check your network connection.</translation>
     <message>
         <source>Login</source>
         <comment>GROUPBOX</comment>
-        <translation>Login</translation>
+        <translation>User name</translation>
     </message>
     <message>
         <source>Password</source>
@@ -986,11 +986,11 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>Keine Antwort</source>
-        <translation>No answer</translation>
+        <translation>No response</translation>
     </message>
     <message>
         <source>Seite fehlt</source>
-        <translation>Page missing</translation>
+        <translation>Page not found</translation>
     </message>
     <message>
         <source>Passwort verlangt (demo, demo)</source>
@@ -998,7 +998,7 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>Antwort bricht ab</source>
-        <translation>Answer breaks off</translation>
+        <translation>Response cut short</translation>
     </message>
     <message>
         <source>HTTP</source>
@@ -1006,7 +1006,7 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>Ein Austausch mit einem Server: eine Adresse mit / am Anfang meint den eingebauten Dienst. Das Fenster bleibt dabei bedienbar.</source>
-        <translation>One exchange with a server: an address that begins with / means the built-in service. The window stays responsive meanwhile.</translation>
+        <translation>One exchange with a server. An address that begins with / goes to the built-in service. The window stays responsive in the meantime.</translation>
     </message>
     <message>
         <source>Noch nichts gesendet.</source>
@@ -1025,7 +1025,7 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
         <translation>none</translation>
     </message>
     <message>
-        <source>&amp;Arbeitsthreads:</source>
+        <source>Arbeits&amp;threads:</source>
         <translation>&amp;Worker threads:</translation>
     </message>
     <message>
@@ -1034,11 +1034,11 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>A&amp;dresse:</source>
-        <translation>A&amp;ddress:</translation>
+        <translation>&amp;Address:</translation>
     </message>
     <message>
         <source>&amp;Inhalt:</source>
-        <translation>&amp;Content:</translation>
+        <translation>&amp;Body:</translation>
     </message>
     <message>
         <source>&amp;Zeitgrenze:</source>
@@ -1046,11 +1046,11 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>&amp;Senden</source>
-        <translation>&amp;Send</translation>
+        <translation>Sen&amp;d</translation>
     </message>
     <message>
         <source>Datei &amp;hochladen ...</source>
-        <translation>&amp;Upload a file ...</translation>
+        <translation>&amp;Upload a file...</translation>
     </message>
     <message>
         <source>Fortschritt</source>
@@ -1100,28 +1100,28 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
         <translation>&amp;User name:</translation>
     </message>
     <message>
-        <source>&amp;Passwort:</source>
-        <translation>&amp;Password:</translation>
+        <source>Pass&amp;wort:</source>
+        <translation>Pass&amp;word:</translation>
     </message>
     <message>
-        <source>&amp;Anmelden</source>
-        <translation>&amp;Log in</translation>
+        <source>An&amp;melden</source>
+        <translation>Log &amp;in</translation>
     </message>
     <message>
-        <source>Sitzung &amp;erneuern</source>
+        <source>Sitzung e&amp;rneuern</source>
         <translation>&amp;Renew session</translation>
     </message>
     <message>
-        <source>A&amp;bmelden</source>
+        <source>Abmel&amp;den</source>
         <translation>Log &amp;out</translation>
     </message>
     <message>
         <source>Auf der Seite des Anbieters ...</source>
-        <translation>On the provider&apos;s page ...</translation>
+        <translation>On the provider&apos;s page...</translation>
     </message>
     <message>
         <source>Im eigenen Browser ...</source>
-        <translation>In your own browser ...</translation>
+        <translation>In your own browser...</translation>
     </message>
     <message>
         <source>Angemeldet als %1.</source>
@@ -1129,11 +1129,11 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>Die Sitzung wurde nicht erneuert.</source>
-        <translation>The session was not renewed.</translation>
+        <translation>The session could not be renewed.</translation>
     </message>
     <message>
         <source>Die Sitzung wurde erneuert.</source>
-        <translation>The session was renewed.</translation>
+        <translation>The session has been renewed.</translation>
     </message>
     <message>
         <source>Abgemeldet.</source>
@@ -1208,7 +1208,7 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>&amp;Netzwerk ...</source>
-        <translation>&amp;Network ...</translation>
+        <translation>&amp;Network...</translation>
     </message>
     <message>
         <source>&amp;Aussehen</source>
@@ -1232,7 +1232,7 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>Die Sprache wechselt mit einem Neustart. Jetzt neu starten?</source>
-        <translation>The language changes when the program starts again. Restart now?</translation>
+        <translation>The language will change when the program restarts. Restart now?</translation>
     </message>
     <message>
         <source>Über dieses Programm</source>
@@ -1271,7 +1271,7 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>Den &amp;Kunden mit einem Dialog unterrichten</source>
-        <translation>Tell the &amp;customer in a dialog</translation>
+        <translation>Tell the customer in a &amp;dialog</translation>
     </message>
     <message>
         <source>&amp;Fehlercode:</source>
@@ -1291,7 +1291,7 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>Die Bestellung ist angekommen, Zeit des Servers: %1.</source>
-        <translation>The order has arrived, server time: %1.</translation>
+        <translation>The order has been received; server time: %1.</translation>
     </message>
 </context>
 <context>
@@ -1305,7 +1305,7 @@ The sample program of the networking library VXNetworking. It talks only to the 
     <name>VXSampleOutcomeView</name>
     <message>
         <source>Antwort</source>
-        <translation>Answer</translation>
+        <translation>Response</translation>
     </message>
 </context>
 <context>
@@ -1323,11 +1323,11 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>Jeder Eintrag führt einen echten Fehler herbei. Die Bibliothek fragt oder unterrichtet den Kunden.</source>
-        <translation>Each entry brings about a real error. The library asks the customer or tells them about it.</translation>
+        <translation>Each entry causes a real error. The library informs the customer or asks what to do.</translation>
     </message>
     <message>
         <source>&amp;Herbeiführen</source>
-        <translation>&amp;Bring about</translation>
+        <translation>&amp;Trigger</translation>
     </message>
     <message>
         <source>Noch kein Fehlercode nachgeschlagen.</source>
@@ -1335,11 +1335,11 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>Text zum &amp;Fehlercode:</source>
-        <translation>Text of error &amp;code:</translation>
+        <translation>Text for error &amp;code:</translation>
     </message>
     <message>
-        <source>&amp;Nachschlagen</source>
-        <translation>&amp;Look up</translation>
+        <source>Nach&amp;schlagen</source>
+        <translation>Look &amp;up</translation>
     </message>
     <message>
         <source>Der Code %1 ist kein Fehler.</source>
@@ -1354,7 +1354,7 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>Server gestört</source>
-        <translation>Server out of order</translation>
+        <translation>Server failure</translation>
     </message>
     <message>
         <source>Server überlastet</source>
@@ -1495,11 +1495,11 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>Das Telefon liest einen QR-Code und sendet Fotos über das lokale Netz. Der Empfang geht weiter, wenn der Dialog zu ist.</source>
-        <translation>The phone scans a QR code and sends photos over the local network. Photos keep arriving when the dialog is closed.</translation>
+        <translation>The phone scans a QR code and sends photos over the local network. Photos keep arriving even when the dialog is closed.</translation>
     </message>
     <message>
-        <source>Fotos &amp;empfangen ...</source>
-        <translation>&amp;Receive photos ...</translation>
+        <source>Fotos emp&amp;fangen ...</source>
+        <translation>&amp;Receive photos...</translation>
     </message>
     <message>
         <source>Noch keine Fotos. Öffnen Sie den Dialog und halten Sie die Kamera des Telefons vor den Code.</source>
@@ -1529,7 +1529,7 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>&amp;Startbildschirm</source>
-        <translation>&amp;Start screen</translation>
+        <translation>Start s&amp;creen</translation>
     </message>
     <message>
         <source>&amp;3D-Szene</source>
@@ -1541,15 +1541,15 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>&amp;Quittung ...</source>
-        <translation>&amp;Receipt ...</translation>
+        <translation>&amp;Receipt...</translation>
     </message>
     <message>
         <source>Beste&amp;llübersicht ...</source>
-        <translation>Order su&amp;mmary ...</translation>
+        <translation>Order su&amp;mmary...</translation>
     </message>
     <message>
         <source>Adresse der Seite</source>
-        <translation>Address of the page</translation>
+        <translation>Page address</translation>
     </message>
     <message>
         <source>Fortschritt</source>
@@ -1561,11 +1561,11 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>Skript aus&amp;führen</source>
-        <translation>Run s&amp;cript</translation>
+        <translation>R&amp;un script</translation>
     </message>
     <message>
         <source>Noch kein Skript ausgeführt.</source>
-        <translation>No script run yet.</translation>
+        <translation>No script has been run yet.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; ist keine Adresse.</source>

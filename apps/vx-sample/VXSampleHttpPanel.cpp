@@ -118,7 +118,7 @@ void VXSampleHttpPanel::fillForm(QFormLayout* theForm)
     line->addWidget(myAddress, 1);
     auto* numbers = new QHBoxLayout;
     numbers->addWidget(myTimeout);
-    auto* threadLabel = new QLabel(tr("&Arbeitsthreads:"), this);
+    auto* threadLabel = new QLabel(tr("Arbeits&threads:"), this);
     threadLabel->setBuddy(myThreads);
     numbers->addWidget(threadLabel);
     numbers->addWidget(myThreads);

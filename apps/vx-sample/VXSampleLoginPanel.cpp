@@ -53,7 +53,7 @@ void VXSampleLoginPanel::addForm()
     connect(myPassword, &QLineEdit::returnPressed, this, [this] { myOpen->click(); });
     auto* form = new QFormLayout;
     form->addRow(tr("&Benutzer:"), myUser);
-    form->addRow(tr("&Passwort:"), myPassword);
+    form->addRow(tr("Pass&wort:"), myPassword);
     content()->addLayout(form);
 }
 
@@ -66,9 +66,9 @@ void VXSampleLoginPanel::addButtons()
         theRow->addWidget(button);
         return button;
     };
-    myOpen = add(session, tr("&Anmelden"), u"loginButton"_s);
-    myRenew = add(session, tr("Sitzung &erneuern"), u"renewButton"_s);
-    myClose = add(session, tr("A&bmelden"), u"logoutButton"_s);
+    myOpen = add(session, tr("An&melden"), u"loginButton"_s);
+    myRenew = add(session, tr("Sitzung e&rneuern"), u"renewButton"_s);
+    myClose = add(session, tr("Abmel&den"), u"logoutButton"_s);
     session->addStretch(1);
     auto* pages = new QHBoxLayout;
     auto* embedded = add(pages, tr("Auf der Seite des Anbieters ..."), u"embeddedButton"_s);

@@ -31,7 +31,7 @@ void VXSampleOptions::addTo(VXCommandLineParser& theParser)
         {u"opener"_s, u"Open addresses with PROGRAM instead of the browser."_s, u"PROGRAM"_s},
         {u"offscreen"_s, u"Work without a display."_s},
         {u"exit-after"_s, u"End the command after SECONDS."_s, u"SECONDS"_s},
-        {u"master"_s, u"Run in the developers' mode."_s},
+        {u"master"_s, u"Run in developer mode."_s},
         {u"program-id"_s, u"Run as the program number N (8: no web content)."_s, u"N"_s},
     });
     VXInitializer::instance()->runCommandLine(&theParser);
@@ -101,7 +101,8 @@ std::optional<int> VXSampleOptions::number(const QCommandLineParser& theParser,
     bool isNumber = false;
     const int value = theParser.value(theName).toInt(&isNumber);
     if (!isNumber || value < 0) {
-        refuse(u"--%1: \"%2\" is no number from 0 on"_s.arg(theName, theParser.value(theName)));
+        refuse(
+            u"--%1: \"%2\" is not a number of 0 or more"_s.arg(theName, theParser.value(theName)));
         return std::nullopt;
     }
     return value;

@@ -61,7 +61,7 @@ QLayout* VXSampleProblemPanel::createCodeRow()
     myCode->setValue(3503);
     auto* label = new QLabel(tr("Text zum &Fehlercode:"), this);
     label->setBuddy(myCode);
-    auto* show = new QPushButton(tr("&Nachschlagen"), this);
+    auto* show = new QPushButton(tr("Nach&schlagen"), this);
     show->setObjectName(u"codeButton"_s);
     connect(show, &QPushButton::clicked, this, &VXSampleProblemPanel::showCode);
 

@@ -32,7 +32,7 @@ VXSampleUploadPanel::VXSampleUploadPanel(QWidget* theParent)
                     tr("Das Telefon liest einen QR-Code und sendet Fotos über das lokale Netz. Der "
                        "Empfang geht weiter, wenn der Dialog zu ist."),
                     theParent)
-    , myShow(new QPushButton(tr("Fotos &empfangen ..."), this))
+    , myShow(new QPushButton(tr("Fotos emp&fangen ..."), this))
     , myEmpty(new QLabel(tr("Noch keine Fotos. Öffnen Sie den Dialog und halten Sie die Kamera des "
                             "Telefons vor den Code."),
                          this))

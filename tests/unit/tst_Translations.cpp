@@ -80,6 +80,26 @@ QStringList marks(const QString& theText)
     return found;
 }
 
+/// The letter that Alt makes a shortcut, small; null without one. "&uuml;" is none.
+QChar mnemonic(const QString& theText)
+{
+    static const QRegularExpression letter(u"&(\\w)(?!\\w*;)"_s,
+                                           QRegularExpression::UseUnicodePropertiesOption);
+    const QString found = letter.match(theText).captured(1);
+    return found.isEmpty() ? QChar() : found.at(0).toLower();
+}
+
+/// The letters that stand in theLetters more than once.
+QString repeated(const QString& theLetters)
+{
+    QString found;
+    for (const QChar letter : theLetters) {
+        if (theLetters.count(letter) > 1)
+            found += letter;
+    }
+    return found;
+}
+
 QString firstWords(const QString& theText)
 {
     return theText.left(60).simplified();
@@ -102,6 +122,9 @@ private Q_SLOTS:
     void placeholdersAndTagsSurvive();
     void blanksAndLinesAtTheEndsSurvive();
     void noGermanLetterIsLeft();
+    void mnemonicsSurvive();
+    void mnemonicsOfAPageDoNotClash_data();
+    void mnemonicsOfAPageDoNotClash();
     void releasedCatalogueAnswersWithContextAndDisambiguation();
 
 private:
@@ -190,6 +213,49 @@ void tst_Translations::noGermanLetterIsLeft()
     static const QRegularExpression german(u"[äöüÄÖÜß]|&[aouAOU]uml;|\\b(und|der|die|nicht)\\b"_s);
     for (const Message& message : myMessages)
         QVERIFY2(!message.translation.contains(german), qPrintable(message.translation));
+}
+
+void tst_Translations::mnemonicsSurvive()
+{
+    for (const Message& message : myMessages)
+        QVERIFY2(mnemonic(message.translation).isNull() == mnemonic(message.source).isNull(),
+                 qPrintable(message.translation));
+}
+
+void tst_Translations::mnemonicsOfAPageDoNotClash_data()
+{
+    QTest::addColumn<QString>("context");
+    QTest::addColumn<QStringList>("menus"); // German; the menus of the page's window
+    const QStringList none;
+    const QStringList menus{u"&Programm"_s, u"&Netzwerkprobleme"_s,
+                            u"&Anmeldung und Aktualisierung"_s, u"&Einstellungen"_s};
+    QTest::newRow("password dialog") << u"VXPasswordDialog"_s << none;
+    QTest::newRow("requests") << u"VXSampleHttpPanel"_s << menus;
+    QTest::newRow("orders") << u"VXSampleOrderPanel"_s << menus;
+    QTest::newRow("problems") << u"VXSampleProblemPanel"_s << menus;
+    QTest::newRow("login") << u"VXSampleLoginPanel"_s << menus;
+    QTest::newRow("web content") << u"VXSampleWebPanel"_s << menus;
+    QTest::newRow("upload") << u"VXSampleUploadPanel"_s << menus;
+}
+
+// Two texts with one letter: Alt and the letter would reach only one of them, or none.
+void tst_Translations::mnemonicsOfAPageDoNotClash()
+{
+    QFETCH(QString, context);
+    QFETCH(QStringList, menus);
+    QString german;
+    QString english;
+    for (const Message& message : myMessages) {
+        const bool isMenu =
+            message.context == u"VXSampleMainWindow" && menus.contains(message.source);
+        if ((!isMenu && message.context != context) || mnemonic(message.source).isNull())
+            continue;
+        german += mnemonic(message.source);
+        english += mnemonic(message.translation);
+    }
+    QVERIFY(german.size() > menus.size()); // the page's own are among them
+    QCOMPARE(repeated(german), QString());
+    QCOMPARE(repeated(english), QString());
 }
 
 void tst_Translations::releasedCatalogueAnswersWithContextAndDisambiguation()
