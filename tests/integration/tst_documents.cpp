@@ -75,6 +75,8 @@ private Q_SLOTS:
     void examplesAreThePrograms_data();
     void examplesAreThePrograms();
     void everyExampleIsShown();
+    void sequenceDiagramsHaveNoSemicolon_data();
+    void sequenceDiagramsHaveNoSemicolon();
 };
 
 void tst_documents::linksLeadSomewhere_data()
@@ -130,6 +132,22 @@ void tst_documents::everyExampleIsShown()
     QVERIFY(!programs.isEmpty());
     for (const QString& program : programs)
         QVERIFY2(all.contains(u"<!-- example: %1 -->"_s.arg(program)), qPrintable(program));
+}
+
+void tst_documents::sequenceDiagramsHaveNoSemicolon_data()
+{
+    linksLeadSomewhere_data();
+}
+
+// Mermaid takes it for the end of a statement there, and draws nothing at all.
+void tst_documents::sequenceDiagramsHaveNoSemicolon()
+{
+    QFETCH(QString, path);
+    static const QRegularExpression diagram(u"```mermaid\nsequenceDiagram\n(.*?)```"_s,
+                                            QRegularExpression::DotMatchesEverythingOption);
+    const QString text = content(source().filePath(path));
+    for (const QRegularExpressionMatch& match : diagram.globalMatch(text))
+        QVERIFY2(!match.captured(1).contains(u';'), qPrintable(match.captured(1)));
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_documents)
