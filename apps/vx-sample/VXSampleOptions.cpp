@@ -15,7 +15,7 @@ void VXSampleOptions::addTo(VXCommandLineParser& theParser)
     // What stands behind the command belongs to the command.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.addOptions({
-        {{u"h"_s, u"help"_s}, u"Show this help; behind a command, the help of the command."_s},
+        {{u"h"_s, u"help"_s}, u"Show this help; after a command, the help for that command."_s},
         {{u"v"_s, u"version"_s}, u"Show the version."_s},
         {u"config"_s, u"Read the deployment file FILE last."_s, u"FILE"_s},
         {u"settings"_s, u"Keep the user's settings in FILE."_s, u"FILE"_s},
@@ -32,7 +32,7 @@ void VXSampleOptions::addTo(VXCommandLineParser& theParser)
         {u"offscreen"_s, u"Work without a display."_s},
         {u"exit-after"_s, u"End the command after SECONDS."_s, u"SECONDS"_s},
         {u"master"_s, u"Run in developer mode."_s},
-        {u"program-id"_s, u"Run as the program number N (8: no web content)."_s, u"N"_s},
+        {u"program-id"_s, u"Run as program number N (8: no web content)."_s, u"N"_s},
     });
     VXInitializer::instance()->runCommandLine(&theParser);
 }
