@@ -42,6 +42,22 @@ enum Row
     ChangeRow
 };
 
+/// Opens no file that its text names: the name of a wireless network may be markup, and the style
+/// sheet in it "/dev/zero".
+class LogBrowser : public QTextBrowser
+{
+    Q_DISABLE_COPY_MOVE(LogBrowser)
+
+public:
+    using QTextBrowser::QTextBrowser;
+    ~LogBrowser() override = default;
+
+    QVariant loadResource(int /*theType*/, const QUrl& /*theName*/) override
+    {
+        return QByteArray(""); // not null, or the document would look itself
+    }
+};
+
 void logAction(const QString& theAction)
 {
     VXLogger::instance()->logQRUpload(u"ACTION:"_s + theAction);
@@ -164,7 +180,7 @@ QPushButton* VXLocalUploadServiceView::addLink(QGridLayout* theLayout, int theRo
 
 void VXLocalUploadServiceView::makeLogBrowser()
 {
-    myLogBrowser = new QTextBrowser(myDialog);
+    myLogBrowser = new LogBrowser(myDialog);
     myLogBrowser->setReadOnly(true);
     myLogBrowser->setOpenExternalLinks(true);
     myLogBrowser->document()->setUndoRedoEnabled(false); // would keep every line twice

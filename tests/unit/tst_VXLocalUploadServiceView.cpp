@@ -21,6 +21,7 @@
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QTemporaryFile>
 #include <QtGui/QTextDocument>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QApplication>
@@ -32,7 +33,11 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTextBrowser>
 
+#include <array>
 #include <memory>
+
+#include <sys/inotify.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -137,6 +142,8 @@ private Q_SLOTS:
     void aChosenFolderIsTaken();
     void aCancelledChooserChangesNothing();
     void logLinesAreAppendedAsHtml();
+    void theLogOpensNoFile_data();
+    void theLogOpensNoFile();
     void aLongLogLosesItsOldestPart();
     void beforeTheDialogALogLineIsOnlyWritten();
     void aReceivedFileIsPassedOn();
@@ -507,6 +514,39 @@ void tst_VXLocalUploadServiceView::logLinesAreAppendedAsHtml()
 
     QCOMPARE(transfer.logBrowser()->toPlainText(), u"one bold\ntwo\n"_s);
     QVERIFY(transfer.logBrowser()->toHtml().contains(u"href=\"http://10.0.0.1\""_s));
+}
+
+void tst_VXLocalUploadServiceView::theLogOpensNoFile_data()
+{
+    QTest::addColumn<QString>("line"); // FILE stands for one that is there
+
+    QTest::newRow("style sheet") << u"SSID:<style>@import \"FILE\";</style>"_s;
+    QTest::newRow("linked style sheet") << u"SSID:<link rel=stylesheet type=text/css href=FILE>"_s;
+    QTest::newRow("background") << u"SSID:<table background=FILE><tr>"_s;
+}
+
+/// The name of a network has room for 32 bytes: the last row with "/dev/zero" in it.
+void tst_VXLocalUploadServiceView::theLogOpensNoFile()
+{
+    QFETCH(QString, line);
+
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    QVERIFY(::inotify_add_watch(watch, qPrintable(file.fileName()), IN_OPEN) >= 0);
+    const auto isOpened = [watch] {
+        std::array<char, 4096> event;
+        return ::read(watch, event.data(), event.size()) > 0;
+    };
+
+    const Transfer transfer;
+    transfer.view->init();
+    transfer.view->log(line.replace(u"FILE"_s, file.fileName()));
+    QVERIFY(!isOpened());
+
+    QVERIFY(QFile(file.fileName()).open(QIODevice::ReadOnly));
+    QVERIFY(isOpened()); // it would have been noticed
+    ::close(watch);
 }
 
 void tst_VXLocalUploadServiceView::aLongLogLosesItsOldestPart()
