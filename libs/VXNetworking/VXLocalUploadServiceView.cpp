@@ -4,16 +4,21 @@
 
 #include <VXCore/VXLogger.h>
 #include <VXCore/VXMainWindowHandle.h>
+#include <VXGUIWidgets/VXQRCodeWidget.h>
 
 #include <QtCore/QDebug>
 #include <QtCore/QEvent>
 #include <QtCore/QStandardPaths>
 #include <QtGui/QTextCursor>
 #include <QtGui/QTextDocument>
+#include <QtWidgets/QDialog>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QGridLayout>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
 #include <QtWidgets/QSpacerItem>
+#include <QtWidgets/QTextBrowser>
 
 using namespace Qt::StringLiterals;
 
@@ -61,6 +66,22 @@ public:
 void logAction(const QString& theAction)
 {
     VXLogger::instance()->logQRUpload(u"ACTION:"_s + theAction);
+}
+
+/// Empty when the user chose none. No static function of QFileDialog, whose dialog stands on the
+/// stack: theParent may die while it is open, and takes it along.
+QString askForFolder(QWidget* theParent, const QString& theTitle)
+{
+    const QPointer<QFileDialog> chooser = new QFileDialog(
+        theParent, theTitle, QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
+    chooser->setFileMode(QFileDialog::Directory);
+    chooser->setOption(QFileDialog::ShowDirsOnly);
+    const bool isChosen = chooser->exec() == QDialog::Accepted;
+    if (!chooser)
+        return {};
+    QString folder = isChosen ? chooser->selectedFiles().value(0) : QString();
+    delete chooser;
+    return folder;
 }
 
 void addSpace(QGridLayout* theLayout, int theRow)
@@ -189,10 +210,9 @@ void VXLocalUploadServiceView::makeLogBrowser()
 
 void VXLocalUploadServiceView::chooseTargetFolder()
 {
-    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-    const QString folder = QFileDialog::getExistingDirectory(myDialog, tr("Zielverzeichnis wählen"),
-                                                             pictures, QFileDialog::ShowDirsOnly);
-    if (folder.isEmpty())
+    const QPointer<VXLocalUploadServiceView> self(this); // the main window may take us along
+    const QString folder = askForFolder(myDialog, tr("Zielverzeichnis wählen"));
+    if (!self || folder.isEmpty())
         return;
     myService->setTargetFolder(folder);
     logAction(u"chooseTarget "_s + folder);

@@ -7,15 +7,15 @@
 #include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
-#include <QtWidgets/QDialog>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QTextBrowser>
 
-#include <VXGUIWidgets/VXQRCodeWidget.h>
-
+class QDialog;
 class QGridLayout;
+class QLabel;
+class QPushButton;
+class QTextBrowser;
+class QWidget;
 class VXLocalUploadService;
+class VXQRCodeWidget;
 
 /// The dialog of the photo transfer from a phone: a QR code of the upload service's address, the
 /// wireless network to join, a button for another address of this computer, and the folder that

@@ -141,6 +141,8 @@ private Q_SLOTS:
     void theDialogAppearsBelowTheAnchor();
     void aChosenFolderIsTaken();
     void aCancelledChooserChangesNothing();
+    void theMainWindowMayTakeTheChooserAlong();
+    void theViewMayGoWhileTheChooserIsOpen();
     void logLinesAreAppendedAsHtml();
     void theLogOpensNoFile_data();
     void theLogOpensNoFile();
@@ -500,6 +502,35 @@ void tst_VXLocalUploadServiceView::aCancelledChooserChangesNothing()
     QCOMPARE(visitor.count(), 1);
     QCOMPARE(transfer.folderLine()->text(), before);
     QCOMPARE(transfer.service()->targetFolder(), before);
+    QCOMPARE(transfer.actions, QStringList());
+}
+
+void tst_VXLocalUploadServiceView::theMainWindowMayTakeTheChooserAlong()
+{
+    auto window = std::make_unique<QWidget>();
+    VXMainWindowHandle::setMainWindow(window.get());
+    auto* const view = new VXLocalUploadServiceView(window.get()); // the window's
+    view->show();
+    const VXDialogVisitor visitor([&window](QDialog*) { window.reset(); });
+    view->chooseTargetFolder();
+    VXMainWindowHandle::setMainWindow(nullptr);
+
+    QCOMPARE(visitor.count(), 1);
+    QVERIFY(!window);
+}
+
+void tst_VXLocalUploadServiceView::theViewMayGoWhileTheChooserIsOpen()
+{
+    Transfer transfer;
+    transfer.view->show();
+    transfer.actions.clear();
+    const VXDialogVisitor visitor([&transfer](QDialog* theDialog) {
+        delete transfer.view;
+        theDialog->accept();
+    });
+    transfer.view->chooseTargetFolder();
+
+    QCOMPARE(visitor.count(), 1);
     QCOMPARE(transfer.actions, QStringList());
 }
 
