@@ -765,6 +765,23 @@ for (const [name, answer] of [
     });
 }
 
+test('a photo is tried again though the phone sets its clock back', async () => {
+    let attempts = 0;
+    const upload = (request, response) => {
+        attempts += 1;
+        request.resume().on('end', () => response.writeHead(attempts === 1 ? 500 : 200).end('OK'));
+    };
+    await withPeer({'/translations.json': answerTexts, '/upload': upload}, async (peer) => {
+        const page = await phone.context.newPage();
+        await page.clock.setFixedTime(Date.now()); // never gets to where it was; timers go on
+        await page.goto(peer.url);
+        await admitted(page);
+        await Phone.pick(page, photos(1));
+        await mood(page, 'done');
+        assert.strictEqual(attempts, 2);
+    });
+});
+
 test('a computer that takes a photo and never answers is given up after a minute', async () => {
     let attempts = 0;
     const upload = () => { attempts += 1; };

@@ -141,8 +141,7 @@ VXUpload.Queue = function (server, names, listener) {
     }
 
     function isDue(photo) {
-        return photo.state === 'waiting'
-            || (photo.state === 'retrying' && photo.due <= now());
+        return photo.state === 'waiting' || (photo.state === 'retrying' && photo.isDue);
     }
 
     // One at a time: the computer holds each photo in memory twice. Small ones go in pairs,
@@ -211,15 +210,19 @@ VXUpload.Queue = function (server, names, listener) {
     function failed(photo) {
         var pause = PAUSES[photo.attempts];
         if (photo.isBrokenOff) { // not the photo's fault
-            photo.due = now();
+            photo.isDue = true;
             setState(photo, connection === 'refused' ? 'waiting' : 'retrying');
             return;
         }
         photo.attempts += 1;
         if (pause) {
-            photo.due = now() + pause;
+            photo.isDue = false;
             setState(photo, 'retrying');
-            window.setTimeout(pump, pause);
+            // No look at the clock: it may be set, and timers come a little early at times.
+            window.setTimeout(function () {
+                photo.isDue = true;
+                pump();
+            }, pause);
         } else {
             setState(photo, 'failed');
         }
