@@ -513,6 +513,32 @@ test('the display is kept awake while photos are sent', async () => {
     await page.waitForFunction(() => document.getElementById('awake').paused);
 });
 
+test('a display that was kept awake may sleep afterwards', async () => {
+    // A browser with the real lock. Each that is not given back keeps the display on.
+    await phone.context.addInitScript(() => {
+        window.held = 0;
+        const request = () => {
+            window.held += 1;
+            const lock = {released: false};
+            lock.release = () => {
+                window.held -= lock.released ? 0 : 1;
+                lock.released = true;
+                return Promise.resolve();
+            };
+            return Promise.resolve(lock);
+        };
+        Object.defineProperty(navigator, 'wakeLock', {value: {request}});
+    });
+    const page = await phone.open(computer.url);
+    await admitted(page);
+    await Phone.throttle(page, megabyte);
+    await Phone.pick(page, photos(5));
+    await rows(page, 'done', 1);
+    assert.strictEqual(await page.evaluate(() => window.held), 1);
+    await mood(page, 'done');
+    await page.waitForFunction(() => window.held === 0);
+});
+
 // ---- how it looks and sounds
 
 // WCAG 2.1, 1.4.3: the ratio of two colours' relative luminance.

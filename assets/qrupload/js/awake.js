@@ -9,6 +9,7 @@ VXUpload.Awake = function (video) {
 
     var isHeld = false;
     var lock = null;
+    var isAsking = false; // for the lock
 
     function ignore() {}
 
@@ -19,12 +20,18 @@ VXUpload.Awake = function (video) {
             playing.then(null, ignore);
     }
 
+    // Each lock keeps the display on by itself, so there is never more than one. The browser takes
+    // it back when the page is hidden or the battery low.
     function takeLock() {
+        if (isAsking || (lock && !lock.released))
+            return;
+        isAsking = true;
         navigator.wakeLock.request('screen').then(function (granted) {
+            isAsking = false;
             lock = granted;
             if (!isHeld)
                 drop();
-        }, ignore);
+        }, function () { isAsking = false; });
     }
 
     function take() {
