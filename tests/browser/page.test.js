@@ -685,6 +685,20 @@ test('the keyboard reaches what can be pressed, and the focus is never lost', as
     assert.strictEqual(await page.evaluate(() => document.activeElement.tagName), 'LI');
 });
 
+for (const id of ['pick', 'stop']) {
+    test(`the focus moves on when the connection is lost: ${id}`, async () => {
+        const page = await phone.open(computer.url);
+        await admitted(page);
+        await Phone.throttle(page, megabyte);
+        await Phone.pick(page, photos(12));
+        await rows(page, 'done', 1);
+        await page.focus(`#${id}`);
+        await phone.context.clearCookies(); // the next photo is refused
+        await mood(page, 'lost');
+        await page.waitForFunction(() => document.activeElement.id === 'again');
+    });
+}
+
 test('rows show small pictures, and a symbol where the browser cannot decode', async () => {
     const page = await phone.open(computer.url);
     await admitted(page);

@@ -173,22 +173,27 @@ VXUpload.View = function (thumbnails) {
         total.value = summary.sent + summary.done;
     }
 
-    // A button that goes must not take the focus with it.
-    function setHidden(button, isHidden) {
-        if (isHidden && document.activeElement === button)
-            byId('pick').focus();
-        button.hidden = isHidden;
+    function isUsable(button) {
+        return !button.disabled && !button.hidden;
+    }
+
+    // A button that goes, or can't be pressed any more, must not take the focus with it.
+    function keepFocus(focused) {
+        if (['pick', 'stop', 'again'].indexOf(focused.id) >= 0 && !isUsable(focused))
+            byId(isUsable(byId('pick')) ? 'pick' : 'again').focus();
     }
 
     this.showSummary = function (summary) {
         var name = mood(summary);
+        var focused = document.activeElement || document.body;
         byId('panel').setAttribute('data-mood', name);
         byId('panel').setAttribute('data-has-photos', summary.count > 0);
         byId('pick').disabled = summary.connection !== 'admitted';
         say(statusLines(name, summary), name === 'busy' ? spokenProgress(summary) : '');
         showFigures(summary);
-        setHidden(byId('stop'), name !== 'busy');
-        setHidden(byId('again'), ['lost', 'failed', 'stopped'].indexOf(name) < 0);
+        byId('stop').hidden = name !== 'busy';
+        byId('again').hidden = ['lost', 'failed', 'stopped'].indexOf(name) < 0;
+        keepFocus(focused);
     };
 
     // ---- texts and taps
