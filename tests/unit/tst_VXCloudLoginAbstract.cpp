@@ -28,10 +28,13 @@ public:
     }
     [[nodiscard]] VXHttpParameter headerParameters() const override
     {
+        ++requests;
         VXHttpParameter headers;
         headers.insert(u"X-Login"_s, u"1"_s);
         return headers;
     }
+
+    mutable int requests = 0; // that asked for headers, as each one does
 };
 
 const QByteArray goodReply = R"({"access_token":"abc","expires_in":3600})";
@@ -161,9 +164,11 @@ void tst_VXCloudLoginAbstract::anInvalidTargetCausesNoTraffic()
     QFETCH(QString, target);
 
     QByteArray reply = "alt";
-    const auto error = Login(QUrl(target)).sendLoginRequest("x", &reply);
+    const Login login{QUrl(target)};
+    const auto error = login.sendLoginRequest("x", &reply);
     QCOMPARE(static_cast<int>(error.errorCode()), 5009);
     QCOMPARE(reply, "alt");
+    QCOMPARE(login.requests, 0);
 }
 
 void tst_VXCloudLoginAbstract::refusalsAreToldByTheirBody_data()

@@ -5,6 +5,7 @@
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QMetaMethod>
 #include <QtTest/QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -42,6 +43,7 @@ class tst_VXCloudSessionAbstract : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void methodsStandInTheirOrder();
     void aFreshSessionIsClosedAndExpired();
     void theTimerRenewsOnce();
     void zeroAndNegativeIntervalsChangeNothing();
@@ -51,6 +53,15 @@ private Q_SLOTS:
     void logoutOnCloseCanBeTakenBack();
     void defaultsOfConcreteSessionsAreFalse();
 };
+
+void tst_VXCloudSessionAbstract::methodsStandInTheirOrder()
+{
+    const QMetaObject& meta = VXCloudSessionAbstract::staticMetaObject;
+    QByteArrayList methods;
+    for (int index = meta.methodOffset(); index < meta.methodCount(); ++index)
+        methods.append(meta.method(index).methodSignature());
+    QCOMPARE(methods, QByteArrayList({"sessionExpired()", "close()", "updateAccessToken()"}));
+}
 
 void tst_VXCloudSessionAbstract::aFreshSessionIsClosedAndExpired()
 {

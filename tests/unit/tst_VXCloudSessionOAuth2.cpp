@@ -10,6 +10,7 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
+#include <functional>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -49,6 +50,9 @@ private:
     const VXRawPeer& myPeer;
 };
 
+/// Something that sends a request.
+using SessionStep = std::function<void(Session&)>;
+
 VXRawAnswer json(const QByteArray& theText, int theStatus = 200)
 {
     return VXRawAnswer::http(theStatus, theText, {"Content-Type: application/json"});
@@ -82,6 +86,7 @@ private Q_SLOTS:
     void withoutALifetimeNoTimerRuns();
     void aRefusedLoginLeavesTheSessionAsItWas_data();
     void aRefusedLoginLeavesTheSessionAsItWas();
+    void aRefusedLoginKeepsTheTokens();
     void openStoresTheCredentialsAsGiven();
     void refreshSendsTheSessionsToken();
     void aRefreshReplyWithoutTokenEmptiesIt();
@@ -90,6 +95,7 @@ private Q_SLOTS:
     void closingEmptiesTheTokensWhateverTheAnswer_data();
     void closingEmptiesTheTokensWhateverTheAnswer();
     void aLateReplyFillsAClosedSessionAgain();
+    void deletingTheSessionDuringARequestIsSafe_data();
     void deletingTheSessionDuringARequestIsSafe();
     void quittingRevokesTheToken();
 };
@@ -232,6 +238,20 @@ void tst_VXCloudSessionOAuth2::aRefusedLoginLeavesTheSessionAsItWas()
     QCOMPARE(session.username(), u"alt"_s);
 }
 
+void tst_VXCloudSessionOAuth2::aRefusedLoginKeepsTheTokens()
+{
+    VXRawPeer peer;
+    peer.setAnswer(json(R"({"error":"invalid_grant"})", 400));
+    Session session(peer);
+    session.setTokens(u"at-0"_s, u"rt-0"_s);
+    session.restartTimer(60'000);
+    QVERIFY(session.open(VXCredentials(u"karl"_s, u"geheim"_s), nullptr).errorOccurred());
+    QCOMPARE(session.accessToken(), u"at-0"_s);
+    QCOMPARE(session.refreshToken(), u"rt-0"_s);
+    QCOMPARE(session.interval(), 60'000);
+    QVERIFY(!session.isSessionExpired());
+}
+
 void tst_VXCloudSessionOAuth2::openStoresTheCredentialsAsGiven()
 {
     VXRawPeer peer;
@@ -338,8 +358,22 @@ void tst_VXCloudSessionOAuth2::aLateReplyFillsAClosedSessionAgain()
     QVERIFY(!session.isSessionExpired());
 }
 
+void tst_VXCloudSessionOAuth2::deletingTheSessionDuringARequestIsSafe_data()
+{
+    QTest::addColumn<SessionStep>("step");
+
+    QTest::newRow("open") << SessionStep([](Session& theSession) {
+        theSession.open(VXCredentials(u"karl"_s, u"geheim"_s), nullptr);
+    });
+    QTest::newRow("renew") << SessionStep(
+        [](Session& theSession) { theSession.updateAccessToken(); });
+    QTest::newRow("close") << SessionStep([](Session& theSession) { theSession.close(); });
+}
+
 void tst_VXCloudSessionOAuth2::deletingTheSessionDuringARequestIsSafe()
 {
+    QFETCH(SessionStep, step);
+
     VXRawPeer peer;
     auto session = std::make_unique<Session>(peer);
     peer.setHandler([&](const VXRawRequest&) {
@@ -348,9 +382,9 @@ void tst_VXCloudSessionOAuth2::deletingTheSessionDuringARequestIsSafe()
             Qt::BlockingQueuedConnection);
         return json(goodReply);
     });
-    Session* const asked = session.get();
-    QVERIFY(!asked->open(VXCredentials(u"karl"_s, u"geheim"_s), nullptr).errorOccurred());
+    step(*session);
     QVERIFY(!session);
+    QCOMPARE(peer.requests().size(), 1);
 }
 
 void tst_VXCloudSessionOAuth2::quittingRevokesTheToken()

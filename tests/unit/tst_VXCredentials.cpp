@@ -68,6 +68,7 @@ private Q_SLOTS:
     void theRecordIsStrongWithNameAndPassword();
     void aTokenNeedsTwoCalendarDays_data();
     void aTokenNeedsTwoCalendarDays();
+    void daysAreThoseOfTheCalendar();
     void aTokenWithoutTimeoutIsInvalid();
     void clearLeavesTimeoutAndExtras();
     void strippedForRefreshKeepsNameTokenAndTimeout();
@@ -168,6 +169,16 @@ void tst_VXCredentials::aTokenNeedsTwoCalendarDays()
     QCOMPARE(credentials.refreshTokenIsValid(), expected);
     QCOMPARE(credentials.isWeak(), expected);
     QCOMPARE(credentials.isValid(), expected);
+}
+
+/// Neither 24 nor 48 hours decide.
+void tst_VXCredentials::daysAreThoseOfTheCalendar()
+{
+    const QDate today = QDate::currentDate();
+    const QDateTime lateTomorrow(today.addDays(1), QTime(23, 59, 59, 999));
+    QVERIFY(!VXCredentials(u"karl"_s, u"token"_s, lateTomorrow).isWeak());
+    const QDateTime theDayAfter = today.addDays(2).startOfDay();
+    QVERIFY(VXCredentials(u"karl"_s, u"token"_s, theDayAfter).isWeak());
 }
 
 void tst_VXCredentials::aTokenWithoutTimeoutIsInvalid()

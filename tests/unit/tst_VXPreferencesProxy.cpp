@@ -43,6 +43,7 @@ private Q_SLOTS:
     void theSignalTellsOfTheOwnProxy();
     void anUnknownChoiceChangesNothing();
     void anUnknownTypeLeavesTheBoxAlone();
+    void aStoredTypeThatIsNotOfferedLeavesTheBoxAlone();
     void thePortBoxRefusesValuesAbove65535();
     void thePasswordIsHidden();
     void thePageNeverBlocksLeaving();
@@ -95,9 +96,21 @@ void tst_VXPreferencesProxy::labelsAndControlsShareTheirRows()
     QCOMPARE(grid->itemAtPosition(0, 5)->widget()->objectName(), u"typeBox"_s);
     QCOMPARE(grid->itemAtPosition(1, 1)->widget()->objectName(), u"loginEdit"_s);
     QCOMPARE(grid->itemAtPosition(2, 1)->widget()->objectName(), u"passwordEdit"_s);
-    const auto* label = qobject_cast<QLabel*>(grid->itemAtPosition(2, 0)->widget());
-    QCOMPARE(label->text(), u"Password"_s);
-    QCOMPARE(label->buddy()->objectName(), u"passwordEdit"_s);
+
+    struct Place
+    {
+        int row;
+        int column;
+        QString text;
+    };
+    for (const Place& place :
+         {Place{0, 0, u"Proxy"_s}, Place{0, 2, u"Port"_s}, Place{0, 4, u"Typ"_s},
+          Place{1, 0, u"Login"_s}, Place{2, 0, u"Password"_s}}) {
+        const auto* label =
+            qobject_cast<QLabel*>(grid->itemAtPosition(place.row, place.column)->widget());
+        QCOMPARE(label->text(), place.text);
+        QCOMPARE(label->buddy(), grid->itemAtPosition(place.row, place.column + 1)->widget());
+    }
 }
 
 void tst_VXPreferencesProxy::onlyTheOwnProxyEnablesTheControls()
@@ -149,6 +162,18 @@ void tst_VXPreferencesProxy::anUnknownTypeLeavesTheBoxAlone()
     QCOMPARE(page.proxyType(), QNetworkProxy::Socks5Proxy);
     page.setProxyType(QNetworkProxy::HttpCachingProxy);
     QCOMPARE(page.proxyType(), QNetworkProxy::HttpCachingProxy);
+}
+
+void tst_VXPreferencesProxy::aStoredTypeThatIsNotOfferedLeavesTheBoxAlone()
+{
+    auto* const settings = VXNetworkSettings::instance();
+    settings->setProxyHostName(u"stored.test"_s);
+    settings->setProxyType(QNetworkProxy::FtpCachingProxy);
+    VXPreferencesProxy page;
+    page.setProxyType(QNetworkProxy::Socks5Proxy);
+    page.readFromConfig();
+    QCOMPARE(page.proxy(), u"stored.test"_s); // it was read
+    QCOMPARE(page.proxyType(), QNetworkProxy::Socks5Proxy);
 }
 
 void tst_VXPreferencesProxy::thePortBoxRefusesValuesAbove65535()
