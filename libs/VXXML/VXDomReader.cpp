@@ -28,6 +28,7 @@ bool VXDomReader::setContent(QDomDocument& theDocument, const QByteArray& theDat
                              QString& theMessage, int& theLine, int& theColumn)
 {
     QXmlStreamReader reader(theData);
+    reader.setNamespaceProcessing(false); // as the tree is built: no prefix ends the count early
     if (isTooDeep(reader)) {
         theMessage = u"elements nested too deep"_s;
         theLine = static_cast<int>(reader.lineNumber());

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void nestingCountsToItsLimit();
     void siblingsMayBeMany();
     void entitiesCountWhereTheyAreUsed();
+    void anUndeclaredPrefixHidesNoDepth();
     void aDeepDocumentIsRefusedBeforeItIsBuilt();
 };
 
@@ -107,6 +108,14 @@ void tst_VXDomReader::entitiesCountWhereTheyAreUsed()
     QVERIFY(read(entities + "<r>&e;</r>").isRead);
     const Outcome outcome =
         read(entities + "<a>"_ba.repeated(100) + "&e;" + "</a>"_ba.repeated(100));
+    QVERIFY(!outcome.isRead);
+    QCOMPARE(outcome.message, u"elements nested too deep"_s);
+}
+
+void tst_VXDomReader::anUndeclaredPrefixHidesNoDepth()
+{
+    QVERIFY(read("<p:a/>").isRead); // Qt's tree takes a prefix as a part of the name
+    const Outcome outcome = read("<p:a>" + nested(256) + "</p:a>");
     QVERIFY(!outcome.isRead);
     QCOMPARE(outcome.message, u"elements nested too deep"_s);
 }
