@@ -3,6 +3,7 @@
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QStringConverter>
 #include <QtXml/QDomDocument>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +28,14 @@ Outcome read(const QByteArray& theData)
     return outcome;
 }
 
+QByteArray attributes(int theCount)
+{
+    QByteArray text;
+    for (int number = 0; number < theCount; ++number)
+        text += " a" + QByteArray::number(number) + "='>'";
+    return text;
+}
+
 QByteArray nested(int theDepth)
 {
     return "<a>"_ba.repeated(theDepth) + "</a>"_ba.repeated(theDepth);
@@ -48,6 +57,15 @@ private Q_SLOTS:
     void entitiesCountWhereTheyAreUsed();
     void anUndeclaredPrefixHidesNoDepth();
     void aDeepDocumentIsRefusedBeforeItIsBuilt();
+    void attributesCountToTheirLimit_data();
+    void attributesCountToTheirLimit();
+    void attributesOfSeveralElementsAreNotAdded();
+    void textIsNoAttribute_data();
+    void textIsNoAttribute();
+    void apostrophesHideNoAttributes();
+    void wideCharactersHideNoAttributes_data();
+    void wideCharactersHideNoAttributes();
+    void declaredAttributesCount();
 };
 
 void tst_VXDomReader::aDocumentIsRead()
@@ -128,6 +146,100 @@ void tst_VXDomReader::aDeepDocumentIsRefusedBeforeItIsBuilt()
     QVERIFY(outcome.document.isNull());
     QCOMPARE(outcome.line, 1);
     QCOMPARE(outcome.column, 771);
+}
+
+void tst_VXDomReader::attributesCountToTheirLimit_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<QString>("message");
+
+    const QString refused = u"too many attributes"_s;
+    QTest::newRow("at the limit") << "<r>\n <b" + attributes(1000) + "/></r>" << QString();
+    QTest::newRow("beyond") << "<r>\n <b" + attributes(1001) + "/></r>" << refused;
+    QTest::newRow("blanks") << "<r>\n <b" + attributes(1001).replace("=", " =\n\t") + "/></r>"
+                            << refused;
+    QTest::newRow("many") << "<r>\n <b" + attributes(100000) + "/></r>" << refused;
+}
+
+void tst_VXDomReader::attributesCountToTheirLimit()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(QString, message);
+
+    QCOMPARE(VXDomReader::maximalAttributes, 1000);
+    const Outcome outcome = read(data);
+    QCOMPARE(outcome.message, message);
+    QCOMPARE(outcome.isRead, message.isEmpty());
+    if (message.isEmpty())
+        return;
+    QVERIFY(outcome.document.isNull());
+    QCOMPARE(outcome.line, 2);
+    QCOMPARE(outcome.column, 2);
+}
+
+void tst_VXDomReader::attributesOfSeveralElementsAreNotAdded()
+{
+    const Outcome outcome =
+        read("<r>" + ("<b" + attributes(700) + "/><c" + attributes(700) + ">x</c>") + "</r>");
+    QVERIFY2(outcome.isRead, qPrintable(outcome.message));
+}
+
+void tst_VXDomReader::textIsNoAttribute_data()
+{
+    QTest::addColumn<QByteArray>("data");
+
+    const QByteArray values = "a='b' c=\"d\" "_ba.repeated(1001);
+    QTest::newRow("text") << "<r x='1'>" + values + "</r>";
+    QTest::newRow("apostrophes") << "<r x='1'>" + "it's "_ba.repeated(1001) + "</r>";
+    QTest::newRow("comment") << "<r><!-- it's " + values + "--></r>";
+    QTest::newRow("CDATA") << "<r><![CDATA[" + values + "]]></r>";
+    QTest::newRow("instruction") << "<r><?x " + values + "?></r>";
+}
+
+void tst_VXDomReader::textIsNoAttribute()
+{
+    QFETCH(QByteArray, data);
+    const Outcome outcome = read(data);
+    QVERIFY2(outcome.isRead, qPrintable(outcome.message));
+}
+
+void tst_VXDomReader::apostrophesHideNoAttributes()
+{
+    for (const QByteArray& before : {"<!-- it's -->"_ba, "<?x '?>"_ba, "<b>it's</b>"_ba}) {
+        const Outcome outcome = read("<r>" + before + "<c" + attributes(1001) + "/></r>");
+        QCOMPARE(outcome.message, u"too many attributes"_s);
+    }
+}
+
+void tst_VXDomReader::wideCharactersHideNoAttributes_data()
+{
+    QTest::addColumn<QStringConverter::Encoding>("encoding");
+
+    QTest::newRow("UTF-16, small end first") << QStringConverter::Utf16LE;
+    QTest::newRow("UTF-16, big end first") << QStringConverter::Utf16BE;
+    QTest::newRow("UTF-8") << QStringConverter::Utf8;
+}
+
+void tst_VXDomReader::wideCharactersHideNoAttributes()
+{
+    QFETCH(QStringConverter::Encoding, encoding);
+    // One of the two bytes of U+3C3C and of U+3C00 is that of "<".
+    QString text = u"\uFEFF<r%1/>"_s.arg(QString::fromLatin1(attributes(1001)));
+    text.replace(u"='>'"_s, u"='\u3C3C\u3C00'"_s);
+    const Outcome outcome = read(QStringEncoder(encoding).encode(text));
+    QCOMPARE(outcome.message, u"too many attributes"_s);
+}
+
+void tst_VXDomReader::declaredAttributesCount()
+{
+    const auto document = [](int theCount) {
+        QByteArray text = "<!DOCTYPE r [<!ENTITY e \"x\"><!ATTLIST r";
+        for (int number = 0; number < theCount; ++number)
+            text += " a" + QByteArray::number(number) + " CDATA ''";
+        return text + ">]><r/>";
+    };
+    QVERIFY(read(document(999)).isRead);
+    QCOMPARE(read(document(1000)).message, u"too many attributes"_s);
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_VXDomReader)
