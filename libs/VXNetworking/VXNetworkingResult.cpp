@@ -62,7 +62,9 @@ void VXNetworkingResult::saveContentToFile(const QFileInfo& theFile)
 
     const QString path = theFile.absoluteFilePath();
     if (writeContent(path)) {
-        VXPlatformIndependent::instance()->fileWritten(theFile);
+        QFileInfo written(theFile);
+        written.refresh(); // it may remember the file before
+        VXPlatformIndependent::instance()->fileWritten(written);
         return;
     }
     qWarning().noquote() << u"could not write to file %1"_s.arg(path);

@@ -67,8 +67,8 @@ public:
     void raiseFileError(const QFileInfo& theFile);
 
     /// Writes the content element as an XML document in UTF-8; nothing in an abort situation or
-    /// without content. The file is overwritten in place, and VXPlatformIndependent::fileWritten()
-    /// is called after it.
+    /// without content. A file of that name keeps its former content until the new one is complete.
+    /// VXPlatformIndependent::fileWritten() is called after it.
     ///
     /// A failure is logged and raised by raiseFileError(). That looks at folder, existence and size
     /// only, so a write-protected file with content leaves no error, on purpose.

@@ -29,6 +29,7 @@ public:
         if (file.open(QFile::ReadOnly))
             contents << file.read(10000); // of /dev/full there is no end
         written << theFile.absoluteFilePath();
+        sizes << theFile.size();
     }
     void fileWriteFailed(const QFileInfo& theFile) override
     {
@@ -38,6 +39,7 @@ public:
     QStringList written;
     QStringList failed;
     QByteArrayList contents;
+    QList<qint64> sizes; // as the announcement says
 };
 
 QDomDocument documentFrom(const QString& theXml)
@@ -101,6 +103,8 @@ private Q_SLOTS:
     void theContentIsSavedByteForByte();
     void anExistingFileIsTruncated();
     void theFileIsAnnouncedWhenItIsComplete();
+    void theAnnouncementKnowsTheNewFile();
+    void aReaderOfTheFormerFileKeepsIt();
     void anAbortedResultSavesNothing();
     void aResultWithoutContentSavesNothing();
     void aMissingFolderIsRaised();
@@ -350,6 +354,29 @@ void tst_VXNetworkingResult::theFileIsAnnouncedWhenItIsComplete()
     QVERIFY(myPlatform->contents.constFirst().endsWith("</content>\n"));
     QVERIFY(myPlatform->failed.isEmpty());
     QVERIFY(log.lines().isEmpty());
+}
+
+void tst_VXNetworkingResult::theAnnouncementKnowsTheNewFile()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"order.xml"_s);
+    writeFile(path, "old");
+    const QFileInfo file(path);
+    QCOMPARE(file.size(), 3); // remembered by the value
+    goodResult().saveContentToFile(file);
+    QCOMPARE(myPlatform->sizes, QList<qint64>{bytesOf(path).size()});
+}
+
+void tst_VXNetworkingResult::aReaderOfTheFormerFileKeepsIt()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"order.xml"_s);
+    writeFile(path, "old");
+    QFile reader(path);
+    QVERIFY2(reader.open(QFile::ReadOnly), qPrintable(reader.errorString()));
+    goodResult().saveContentToFile(QFileInfo(path));
+    QCOMPARE(reader.readAll(), QByteArray("old"));
+    QVERIFY(bytesOf(path).endsWith("</content>\n"));
 }
 
 void tst_VXNetworkingResult::anAbortedResultSavesNothing()
