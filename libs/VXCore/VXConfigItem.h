@@ -46,12 +46,13 @@ public:
     }
 
     /// Reads the entry in the group that is open. Without one, or with one that cannot be read, the
-    /// value becomes the default.
-    void load(const VXSettings& theSettings)
+    /// value becomes the default and the answer is false.
+    bool load(const VXSettings& theSettings)
     {
         const std::optional<T> read = VXConfigItemCodec<T>::decode(theSettings.value(myKey));
         myValue = read.value_or(myDefault);
         myIsModified = false;
+        return read.has_value();
     }
 
     /// Writes the entry into the group that is open, also when nothing was modified. False when the

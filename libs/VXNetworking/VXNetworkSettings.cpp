@@ -164,10 +164,9 @@ void VXNetworkSettings::loadProxy()
     setProxyChoice(VXProxyChoice().decode(value(u"ProxyChoice"_s, u""_s).toString()));
     if (doesEntryExist(u"Proxy"_s)) {
         VXConfigItem<QNetworkProxy> loaded(u"Proxy"_s, QNetworkProxy(QNetworkProxy::NoProxy));
-        if (!VXConfigItemCodec<QNetworkProxy>::decode(value(loaded.key())))
+        if (!loaded.load(*this))
             qWarning().noquote() << u"the entry Network/Proxy of %1 cannot be read"_s.arg(
                 storeFile());
-        loaded.load(*this);
         const QMutexLocker locker(&myMutex);
         myProxy = loaded;
     }

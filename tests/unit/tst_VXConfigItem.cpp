@@ -84,7 +84,7 @@ void tst_VXConfigItem::savingIsNoModification()
     QVERIFY(item.save(settings));
     QVERIFY(!item.isModified());
     item.setValue(7);
-    item.load(settings);
+    QVERIFY(item.load(settings));
     QCOMPARE(item.value(), 6);
     QVERIFY(!item.isModified());
 }
@@ -113,7 +113,7 @@ void tst_VXConfigItem::textThatIsNoNumberGivesTheDefault()
     VXSettings settings;
     QVERIFY(settings.writeEntry(u"number"_s, u"many"_s));
     VXConfigItem<int> item(u"number"_s, 5);
-    item.load(settings);
+    QVERIFY(!item.load(settings));
     QCOMPARE(item.value(), 5);
 }
 
@@ -206,7 +206,7 @@ void tst_VXConfigItem::brokenProxyEntryGivesTheDefault()
     QVERIFY(settings.writeEntry(u"Proxy"_s, entry));
     VXConfigItem<QNetworkProxy> item = proxyItem();
     item.setValue(someProxy());
-    item.load(settings);
+    QVERIFY(!item.load(settings));
     QCOMPARE(item.value(), QNetworkProxy(QNetworkProxy::NoProxy));
 }
 
@@ -215,7 +215,7 @@ void tst_VXConfigItem::missingEntryGivesTheDefault()
     VXSettings settings;
     settings.beginGroup(u"Nowhere"_s);
     VXConfigItem<QNetworkProxy> item = proxyItem();
-    item.load(settings);
+    QVERIFY(!item.load(settings));
     QCOMPARE(item.value(), QNetworkProxy(QNetworkProxy::NoProxy));
 }
 
