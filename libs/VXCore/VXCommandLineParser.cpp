@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 VXCommandLineParser::VXCommandLineParser() = default;
 VXCommandLineParser::~VXCommandLineParser() = default;
 
-void VXCommandLineParser::addOption(int theType, VXCommandLineOptionHandlerAbstract* theHandler,
+void VXCommandLineParser::addOption(int, VXCommandLineOptionHandlerAbstract* theHandler,
                                     const QStringList& theNames, const QString& theHelp,
                                     const QString& theValueName, const QString& theDefaultValue)
 {
@@ -19,7 +19,7 @@ void VXCommandLineParser::addOption(int theType, VXCommandLineOptionHandlerAbstr
         qWarning().noquote() << "command-line option left out:" << theNames.join(", "_L1);
         return;
     }
-    myOptions.push_back({theType, option.names().constFirst(), std::move(handler)});
+    myOptions.push_back({option.names().constFirst(), std::move(handler)});
 }
 
 bool VXCommandLineParser::process(const QStringList& theArguments)

@@ -36,7 +36,6 @@ public:
 private:
     struct Option
     {
-        int type = 0;
         QString name;
         std::unique_ptr<VXCommandLineOptionHandlerAbstract> handler;
     };
