@@ -1,5 +1,6 @@
 #include "VXHttpOperation.h"
 
+#include "VXHeaderField.h"
 #include "VXNetworkAccessManager.h"
 #include "VXUploadFile.h"
 #include "VXWholeFile.h"
@@ -151,11 +152,6 @@ QString quoted(const QByteArray& theBytes)
     return text;
 }
 
-bool writeAll(QFileDevice& theFile, const QByteArray& theBytes)
-{
-    return theFile.write(theBytes) == theBytes.size() && theFile.flush();
-}
-
 /// Qt calls a folder that has vanished "", which would be the root of the disk.
 QString temporaryFolder()
 {
@@ -167,11 +163,7 @@ QString temporaryFolder()
 QHttpPart formPart(const QString& theDisposition)
 {
     QHttpPart part;
-    const bool breaksHeader = theDisposition.contains(u'\r') || theDisposition.contains(u'\n') ||
-                              theDisposition.contains(QChar(u'\0'));
-    if (breaksHeader)
-        qWarning() << "-- Header dropped, a line break or NUL is in it: Content-Disposition";
-    else
+    if (VXHeaderField::isSound(u"Content-Disposition"_s, theDisposition))
         part.setHeader(QNetworkRequest::ContentDispositionHeader, theDisposition);
     return part;
 }
@@ -180,7 +172,8 @@ QHttpPart filePart(const QString& theName, const QString& theFileName, const QSt
 {
     QHttpPart part =
         formPart(u"form-data; name=\"%1\"; filename=\"%2\""_s.arg(theName, theFileName));
-    if (!theMimeType.isEmpty()) // Qt complains about an empty one, and sends none
+    // Qt complains about an empty one, and sends none.
+    if (!theMimeType.isEmpty() && VXHeaderField::isSound(u"Content-Type"_s, theMimeType))
         part.setHeader(QNetworkRequest::ContentTypeHeader, theMimeType);
     return part;
 }
@@ -493,7 +486,7 @@ QTemporaryFile* VXHttpOperation::downloadToTemporaryFile()
         return nullptr;
     const QString path = temporaryFolder() + u"/TOV_TEMPORARY_DOWNLOAD"_s;
     auto file = std::make_unique<QTemporaryFile>(path);
-    if (!file->open() || !writeAll(*file, body)) {
+    if (!file->open() || !VXWholeFile::writeAll(*file, body)) {
         // The cut-off file vanishes, so the check finds what is true then: nothing stands there.
         const QString reason = file->errorString();
         file.reset();

@@ -1,6 +1,7 @@
 #include "VXNetworkAccessManager.h"
 
 #include "VXCertificateBundle.h"
+#include "VXHeaderField.h"
 #include "VXNetworkAccessManagerSignalDispatcher.h"
 #include "VXNetworkSettings.h"
 
@@ -34,23 +35,9 @@ namespace {
 constexpr auto userAgent =
     "Mozilla/5.0 AppleWebKit/538.1 (KHTML, like Gecko) Safari/538.1 - Orvelo Desk";
 
-bool breaksHeader(const QString& theText)
-{
-    return theText.contains(u'\r') || theText.contains(u'\n') || theText.contains(QChar(u'\0'));
-}
-
-/// True when the header can go out; warns otherwise. The value may be a secret: only the name.
-bool isHeaderSound(const QString& theName, const QString& theValue)
-{
-    if (!breaksHeader(theName) && !breaksHeader(theValue))
-        return true;
-    qWarning() << "-- Header dropped, a line break or NUL is in it:" << theName;
-    return false;
-}
-
 void setHeader(QNetworkRequest& theRequest, const QString& theName, const QString& theValue)
 {
-    if (isHeaderSound(theName, theValue))
+    if (VXHeaderField::isSound(theName, theValue))
         theRequest.setRawHeader(theName.toUtf8(), theValue.toUtf8());
 }
 
@@ -239,7 +226,7 @@ QNetworkRequest VXNetworkAccessManager::createRequest(const QUrl& theUrl,
     request.setRawHeader("User-Agent", userAgent);
     // No standard token, on purpose: servers see it, connections stay open.
     request.setRawHeader("Connection", "disable-keep-alive");
-    if (!theContentType.isEmpty() && isHeaderSound(u"Content-Type"_s, theContentType))
+    if (!theContentType.isEmpty() && VXHeaderField::isSound(u"Content-Type"_s, theContentType))
         request.setHeader(QNetworkRequest::ContentTypeHeader, theContentType);
     if (theContentLength > 0)
         request.setHeader(QNetworkRequest::ContentLengthHeader, theContentLength);

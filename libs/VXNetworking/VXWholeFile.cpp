@@ -8,11 +8,6 @@ namespace {
 
 constexpr qsizetype longestName = 255 - 7; // bytes; a temporary name gets a dot and six letters
 
-bool writeAll(QFileDevice& theFile, const QByteArray& theBytes)
-{
-    return theFile.write(theBytes) == theBytes.size() && theFile.flush();
-}
-
 bool mustBeWrittenInPlace(const QString& thePath)
 {
     const QFileInfo info(thePath);
@@ -22,7 +17,8 @@ bool mustBeWrittenInPlace(const QString& thePath)
 bool writeInPlace(const QString& thePath, const QByteArray& theBytes, QString& theError)
 {
     QFile file(thePath);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate) && writeAll(file, theBytes))
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+        VXWholeFile::writeAll(file, theBytes))
         return true;
     theError = file.errorString();
     return false;
@@ -43,4 +39,9 @@ bool VXWholeFile::write(const QString& thePath, const QByteArray& theBytes, QStr
     theError = file.errorString();
     file.cancelWriting();
     return false;
+}
+
+bool VXWholeFile::writeAll(QFileDevice& theFile, const QByteArray& theBytes)
+{
+    return theFile.write(theBytes) == theBytes.size() && theFile.flush();
 }
