@@ -476,7 +476,9 @@ void VXHttpOperation::noteWriteFailure(const QFileInfo& theFile, const QString& 
     qWarning().noquote() << u"Writing the file \"%1\" failed: %2"_s.arg(theFile.absoluteFilePath(),
                                                                         theReason);
     myError.checkFileError(theFile);
-    VXPlatformIndependent::instance()->fileWriteFailed(theFile);
+    QFileInfo target(theFile);
+    target.refresh(); // it may remember what was there before
+    VXPlatformIndependent::instance()->fileWriteFailed(target);
 }
 
 QTemporaryFile* VXHttpOperation::downloadToTemporaryFile()

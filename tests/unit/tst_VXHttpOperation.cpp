@@ -236,8 +236,10 @@ public:
     void fileWriteFailed(const QFileInfo& theFile) override
     {
         failedPaths.append(theFile.absoluteFilePath());
+        failedSizes.append(theFile.size());
     }
     QStringList failedPaths;
+    QList<qint64> failedSizes; // as the notice says
 };
 
 class ProgressReceiver : public QObject
@@ -249,6 +251,32 @@ public:
 
 public Q_SLOTS:
     void progress(qint64 theDone, qint64 theTotal) { calls.append({theDone, theTotal}); }
+};
+
+/// Notes the longest time that a timer of this thread has left, while events run.
+class LongestTimer
+{
+    Q_DISABLE_COPY_MOVE(LongestTimer)
+
+public:
+    LongestTimer()
+    {
+        QObject::connect(&myWatcher, &QTimer::timeout, &myWatcher, [this] { look(); });
+        myWatcher.start(0);
+    }
+
+    [[nodiscard]] qint64 milliseconds() const { return myLongest; }
+
+private:
+    void look()
+    {
+        auto* const dispatcher = QAbstractEventDispatcher::instance();
+        for (int id = 1; id < 200; ++id)
+            myLongest = qMax<qint64>(myLongest, dispatcher->remainingTime(id));
+    }
+
+    QTimer myWatcher;
+    qint64 myLongest = 0;
 };
 
 VXHttpOperation get(const QUrl& theUrl)
@@ -292,6 +320,7 @@ private Q_SLOTS:
     void jsonErrorBodyIsReturnedOnRequestOnly();
     void queryIsSentAsForm();
     void temporaryDownloadWaitsAnHour();
+    void exchangeWaitsTwoMinutesUnlessToldOtherwise();
 
     void recordIsOneLineOfFixedForm();
     void dateIsReadInEveryZone_data();
@@ -323,6 +352,7 @@ private Q_SLOTS:
     void downloadGoesIntoTheFile();
     void downloadThatCannotBeWritten_data();
     void downloadThatCannotBeWritten();
+    void noticeOfAFailureKnowsTheFile();
     void failedTemporaryDownloadWarns();
     void multiPartFieldsComeInOrderOfNames();
     void multiPartFileIsSentAndClosed();
@@ -331,6 +361,7 @@ private Q_SLOTS:
     void multiPartWithGetIsNoReply();
     void progressReachesItsReceiver_data();
     void progressReachesItsReceiver();
+    void receiverThatIsGoneGetsNoProgress();
     void copyHasEverythingButTheMultiPart();
     void copyIsAsOldAsTheOriginal();
     void describeErrorHasMessageAndDetails();
@@ -526,20 +557,23 @@ void tst_VXHttpOperation::temporaryDownloadWaitsAnHour()
     // What the waiting thread's timers say is the proof: one of an hour runs during the request.
     VXRawPeer peer;
     peer.setAnswer(VXRawAnswer::http(200, "content"));
-    qint64 longest = 0;
-    QTimer watcher;
-    connect(&watcher, &QTimer::timeout, this, [&] {
-        auto* const dispatcher = QAbstractEventDispatcher::instance();
-        for (int id = 1; id < 200; ++id)
-            longest = qMax<qint64>(longest, dispatcher->remainingTime(id));
-    });
-    watcher.start(0);
+    const LongestTimer timer;
     const std::unique_ptr<QTemporaryFile> file(
         VXHttpOperation::downloadToTemporaryFile(peer.url()));
     QVERIFY(file);
+    const qint64 longest = timer.milliseconds();
     QVERIFY2(longest > 3'590'000 && longest <= 3'600'000, qPrintable(QString::number(longest)));
     QVERIFY(file->fileName().startsWith(QDir::tempPath() + u"/TOV_TEMPORARY_DOWNLOAD"_s));
     QVERIFY(!file->isOpen());
+}
+
+void tst_VXHttpOperation::exchangeWaitsTwoMinutesUnlessToldOtherwise()
+{
+    VXRawPeer peer;
+    const LongestTimer timer;
+    QVERIFY(get(peer.url()).send());
+    const qint64 longest = timer.milliseconds();
+    QVERIFY2(longest > 110'000 && longest <= 120'000, qPrintable(QString::number(longest)));
 }
 
 void tst_VXHttpOperation::recordIsOneLineOfFixedForm()
@@ -1004,6 +1038,22 @@ void tst_VXHttpOperation::downloadThatCannotBeWritten()
     QCOMPARE(log.texts(QtWarningMsg).filter(full).size(), 1);
 }
 
+void tst_VXHttpOperation::noticeOfAFailureKnowsTheFile()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"emptied"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("old");
+    file.close();
+    const QFileInfo info(file.fileName());
+    QCOMPARE(info.size(), 3); // remembered by the value
+    myPlatform->failedSizes.clear();
+
+    VXRawPeer peer; // answers without a body
+    QVERIFY(!get(peer.url()).downloadToFile(info));
+    QCOMPARE(myPlatform->failedSizes, QList<qint64>{0});
+}
+
 void tst_VXHttpOperation::failedTemporaryDownloadWarns()
 {
     VXRawPeer peer;
@@ -1135,6 +1185,19 @@ void tst_VXHttpOperation::progressReachesItsReceiver()
     QTRY_VERIFY(receiver.calls.contains(std::pair(total, total)));
 }
 
+void tst_VXHttpOperation::receiverThatIsGoneGetsNoProgress()
+{
+    VXRawPeer peer;
+    VXHttpOperation operation = get(peer.url());
+    {
+        ProgressReceiver receiver;
+        operation.setProgressReceiver(&receiver, SLOT(progress(qint64, qint64)));
+    }
+    const VXLogCapture log;
+    QVERIFY(operation.send());
+    QCOMPARE(log.texts(QtWarningMsg), QStringList());
+}
+
 void tst_VXHttpOperation::copyHasEverythingButTheMultiPart()
 {
     VXRawPeer peer;
@@ -1183,7 +1246,8 @@ void tst_VXHttpOperation::describeErrorHasMessageAndDetails()
     peer.setAnswer(VXRawAnswer::http(404));
     QVERIFY(!operation.send());
     QCOMPARE(operation.describeError(),
-             operation.errorStatus().errorMessage() + u"\nFehlercode: 3703"_s);
+             u"Der angeforderte Inhalt wurde nicht gefunden (ähnlich HTTP error 404).<br>\n"
+             u"Fehlercode: 3703"_s);
 }
 
 void tst_VXHttpOperation::executingAgainOverwritesTheOutcome()
