@@ -66,6 +66,13 @@ int toMilliseconds(int theSeconds)
     return theSeconds > limit / 1000 ? limit : theSeconds * 1000;
 }
 
+/// A length beyond int is left to Qt, which counts the bytes of a body by itself.
+int contentLength(const QByteArray& theData)
+{
+    constexpr int limit = std::numeric_limits<int>::max();
+    return theData.size() > limit ? 0 : static_cast<int>(theData.size());
+}
+
 void logOutcome(const QNetworkReply& theReply, const QString& theUrl)
 {
     if (theReply.error() == QNetworkReply::NoError)
@@ -419,9 +426,8 @@ QNetworkReply* VXNetworkAccessManager::startHttp(QNetworkAccessManager::Operatio
                                                  const VXHttpParameter& theHeaders)
 {
     QByteArray data = theData;
-    const int size = static_cast<int>(theData.size());
-    QNetworkReply* const reply =
-        doOp(theOperation, createRequest(theUrl, theContentType, size, theHeaders), data);
+    QNetworkReply* const reply = doOp(
+        theOperation, createRequest(theUrl, theContentType, contentLength(data), theHeaders), data);
     connectRequest(reply, theReceiver, theSlot, theAborter);
     return reply;
 }
