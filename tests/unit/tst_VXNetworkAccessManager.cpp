@@ -241,6 +241,7 @@ private Q_SLOTS:
     void nobodyConnectedMeansNo();
     void nullReplyHasNoErrors();
     void questionNamesTheErrors();
+    void questionNamesTheHostBehindARedirect();
     void unusableCertificatesAreNoAuthorities();
     void certificatesAppearOnce();
     void bundleIsTrusted();
@@ -1152,6 +1153,17 @@ void tst_VXNetworkAccessManager::questionNamesTheErrors()
     QCOMPARE(answerer.errors.constFirst(), QStringList{text});
     QCOMPARE(log.texts(QtInfoMsg).filter(text), QStringList{text});
     QCOMPARE(log.texts(QtInfoMsg).filter(u"\nCertificate:\n"_s).size(), 1);
+}
+
+void tst_VXNetworkAccessManager::questionNamesTheHostBehindARedirect()
+{
+    VXTlsPeer target(myCertificates->selfSigned());
+    VXRawPeer peer;
+    peer.setAnswer(VXRawAnswer::http(302, {}, {"Location: " + target.url().toEncoded()}));
+    const Answerer answerer;
+    QCOMPARE(get(peer.url())->error(), QNetworkReply::NoError);
+    QCOMPARE(answerer.hosts, QStringList{u"127.0.0.1:%1"_s.arg(target.port())});
+    QCOMPARE(target.requests().size(), 1);
 }
 
 void tst_VXNetworkAccessManager::unusableCertificatesAreNoAuthorities()
