@@ -18,6 +18,7 @@
 #include <VXCore/VXUrlOpener.h>
 #include <VXGUIWidgets/VXCSSSkinManager.h>
 #include <VXGUIWidgets/VXRequest.h>
+#include <VXNetworking/VXNetworkSettings.h>
 #include <VXNetworking/VXNetworkingErrorMessageMap.h>
 
 #include <QtCore/QCommandLineParser>
@@ -30,6 +31,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -237,6 +239,8 @@ void VXSampleProgram::makeWidgetsApplication()
     QApplication::setQuitOnLastWindowClosed(false);
     VXCSSSkinManager::instance()->applyConfiguredMode();
     VXUrlOpener::installConfigured();
+    // Web views follow the user's proxy, too, but ask no access manager, which would make these.
+    std::ignore = VXNetworkSettings::instance();
 }
 
 /// A command runs inside the application's event loop, so that quitting ends its waits.

@@ -7,6 +7,7 @@
 #include <VXCore/VXUrlOpener.h>
 #include <VXGUIWidgets/VXCSSSkinManager.h>
 #include <VXNetworking/VXNetworkAccessManagerSignalDispatcher.h>
+#include <VXNetworking/VXNetworkSettings.h>
 #include <VXNetworking/VXPreferencesProxy.h>
 #include <VXNetworking/VXRequestNetwork.h>
 
@@ -18,6 +19,8 @@
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
+
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -77,6 +80,8 @@ int main(int theCount, char** theArguments)
         return 2;
     }
 
+    std::ignore =
+        VXNetworkSettings::instance(); // from now on web views follow the user's proxy, too
     VXInitializer::instance()->runSetup(VXInitializerOption::Normal); // before the first web view
     VXCSSSkinManager::instance()->applyConfiguredMode();
     VXUrlOpener::installConfigured();

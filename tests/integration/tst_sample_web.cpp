@@ -48,6 +48,7 @@ private Q_SLOTS:
     void aPictureShowsThePage();
     void theDarkSkinReachesThePage_data();
     void theDarkSkinReachesThePage();
+    void thePageComesByTheUsersProxy();
     void aFailedLoadIsALibraryError();
     void aPdfThatCannotBeWrittenIsALibraryError();
     void aSilentServerEndsWithStatus4();
@@ -114,6 +115,24 @@ void tst_sample_web::theDarkSkinReachesThePage()
                                    u"getComputedStyle(document.documentElement).colorScheme"_s});
     QVERIFY2(run.exitCode() == 0, qPrintable(run.standardError()));
     QCOMPARE(run.result().value(u"results"_s).toArray(), QJsonArray{scheme});
+}
+
+// Only the proxy knows the name. Nothing else in this run makes the network settings.
+void tst_sample_web::thePageComesByTheUsersProxy()
+{
+    VXRawPeer proxy;
+    proxy.setAnswer(VXRawAnswer::http(200, page, {"Content-Type: text/html"}));
+    const QTemporaryDir folder;
+    const QStringList common{u"--offscreen"_s, u"--settings"_s, folder.filePath(u"settings.ini"_s),
+                             u"--simulator"_s, u"none"_s};
+    const VXSampleRun choice(common + QStringList{u"proxy"_s, u"set"_s, u"my"_s, u"--host"_s,
+                                                  u"127.0.0.1"_s, u"--port"_s,
+                                                  QString::number(proxy.url().port())});
+    QVERIFY2(choice.exitCode() == 0, qPrintable(choice.standardError()));
+
+    const VXSampleRun run(common + QStringList{u"web"_s, u"http://photos.test/a"_s});
+    QVERIFY2(run.exitCode() == 0, qPrintable(run.standardError()));
+    QCOMPARE(run.result().value(u"title"_s).toString(), u"Beleg für Größe"_s);
 }
 
 void tst_sample_web::aFailedLoadIsALibraryError()
