@@ -5,18 +5,14 @@
 #include "VXSampleCommandTable.h"
 #include "VXSampleContext.h"
 #include "VXSampleHelp.h"
-#include "VXSampleMessages.h"
-#include "VXSampleQuestions.h"
 #include "VXSampleSimulator.h"
 
 #include <VXCore/VXCommandLineParser.h>
 #include <VXCore/VXDeploymentConfig.h>
-#include <VXCore/VXInitializer.h>
 #include <VXCore/VXInitializerOption.h>
-#include <VXCore/VXLocaleAndTranslationManager.h>
-#include <VXCore/VXLogger.h>
 #include <VXCore/VXUrlOpener.h>
 #include <VXGUIWidgets/VXCSSSkinManager.h>
+#include <VXGUIWidgets/VXGUIWidgetsConfig.h>
 #include <VXGUIWidgets/VXRequest.h>
 #include <VXNetworking/VXNetworkSettings.h>
 #include <VXNetworking/VXNetworkingErrorMessageMap.h>
@@ -24,7 +20,6 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
-#include <QtCore/QLocale>
 #include <QtCore/QTimer>
 #include <QtGui/QImage>
 #include <QtWidgets/QApplication>
@@ -84,49 +79,6 @@ VXSampleProgram::VXSampleProgram(int& theCount, char** theArguments)
 
 VXSampleProgram::~VXSampleProgram() = default;
 
-VXSampleExitCode VXSampleProgram::run()
-{
-    QCoreApplication::setOrganizationName(u"VX"_s);
-    QCoreApplication::setApplicationName(u"vx-sample"_s);
-    QCoreApplication::setApplicationVersion(QStringLiteral(VX_PROJECT_VERSION));
-    VXSampleMessages::install();
-
-    const VXSampleExitCode code = readCommandLine();
-    if (code != VXSampleExitCode::Success || !myCommand)
-        return code;
-    if (!configure())
-        return VXSampleExitCode::UsageError;
-    if (!hasDisplay()) {
-        myOutput.message(u"vx-sample: there is no display; --offscreen works without one"_s);
-        return VXSampleExitCode::EnvironmentError;
-    }
-    makeApplication();
-    VXLogger::installMessageHandler();
-    // Before any error text is asked for: the texts keep the language of their first use.
-    VXLocaleAndTranslationManager::instance()->installTranslators();
-    // Numbers, dates and the web engine's own menus follow the same choice.
-    QLocale::setDefault(QLocale(VXLocaleAndTranslationManager::instance()->bcp47Name()));
-
-    // The second look is strict, and the library acts on its own options.
-    VXCommandLineParser parser;
-    VXSampleOptions::addTo(parser);
-    if (!parser.process(QCoreApplication::arguments()))
-        return refuse(parser.errorText());
-
-    // The web engine needs a GUI application, and only commands with one show web content; the
-    // others would start it in vain.
-    const bool hasWidgets = myCommand->application == VXSampleApplication::Widgets;
-    if (hasWidgets)
-        VXInitializer::instance()->runSetup(myOptions.offscreen ? VXInitializerOption::Headless
-                                                                : VXInitializerOption::Normal);
-    showPartner();
-    const VXSampleExitCode result =
-        runInEventLoop(withDefaultCommand(parser.parser().positionalArguments()));
-    if (hasWidgets)
-        VXInitializer::instance()->runTeardown();
-    return result;
-}
-
 /// The login text names the retail partner when the deployment has its logo.
 void VXSampleProgram::showPartner() const
 {
@@ -137,33 +89,27 @@ void VXSampleProgram::showPartner() const
             deployment.text(u"KeyAccount/name"_s), QImage(logo));
 }
 
-/// The first look: it ignores options that it does not know, because Qt's own are still in the
-/// list, and does nothing yet.
-VXSampleExitCode VXSampleProgram::readCommandLine()
+/// Ignores options that it does not know, because Qt's own are still in the list.
+bool VXSampleProgram::readCommandLine()
 {
     VXCommandLineParser options;
     VXSampleOptions::addTo(options);
     QCommandLineParser& parser = options.parser();
     parser.parse(withoutQtOptions(commandLine(myCount, myArguments)));
     if (showWhatWasAskedFor(parser))
-        return VXSampleExitCode::Success;
-    const QStringList arguments = withDefaultCommand(parser.positionalArguments());
+        return false;
     if (parser.positionalArguments().isEmpty() && !parser.errorText().isEmpty())
-        return refuse(parser.errorText());
+        return fail(refuse(parser.errorText()));
 
-    const QString& name = arguments.constFirst();
-    const VXSampleCommandRow* command = VXSampleCommandTable::find(name);
-    if (!command)
-        return refuse(u"there is no command \"%1\""_s.arg(name));
+    const QString name = withDefaultCommand(parser.positionalArguments()).constFirst();
+    myCommand = VXSampleCommandTable::find(name);
+    if (!myCommand)
+        return fail(refuse(u"there is no command \"%1\""_s.arg(name)));
     myOptions = VXSampleOptions::fromParser(parser);
-    if (!myOptions.errorText().isEmpty())
-        return refuse(myOptions.errorText());
-    myCommand = command;
-    return VXSampleExitCode::Success;
+    return myOptions.errorText().isEmpty() || fail(refuse(myOptions.errorText()));
 }
 
-/// Deployment: the file beside the program, --config, then the single options.
-bool VXSampleProgram::configure()
+bool VXSampleProgram::readDeployment()
 {
     if (myOptions.offscreen)
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -173,7 +119,7 @@ bool VXSampleProgram::configure()
     if (!beside.isEmpty())
         deployment.readFile(beside);
     if (!myOptions.config.isEmpty() && !deployment.readFile(myOptions.config))
-        return false;
+        return fail(VXSampleExitCode::UsageError);
 
     // The tour compares texts, and knows the German ones.
     if (myCommand->name == "tour"_L1 && myOptions.language.isEmpty())
@@ -183,7 +129,13 @@ bool VXSampleProgram::configure()
         isUsable = deployment.setValue(key, value) && isUsable;
     QCoreApplication::setOrganizationName(deployment.text(u"Program/organization"_s));
     QCoreApplication::setApplicationName(deployment.text(u"Program/name"_s));
-    return isUsable;
+    return isUsable || fail(VXSampleExitCode::UsageError);
+}
+
+bool VXSampleProgram::fail(VXSampleExitCode theCode)
+{
+    myCode = theCode;
+    return false;
 }
 
 VXSampleExitCode VXSampleProgram::refuse(const QString& theText)
@@ -224,12 +176,37 @@ bool VXSampleProgram::hasDisplay() const
                [](const char* theVariable) { return !qEnvironmentVariableIsEmpty(theVariable); });
 }
 
-void VXSampleProgram::makeApplication()
+bool VXSampleProgram::makeApplication()
 {
-    if (myCommand->application == VXSampleApplication::Widgets)
+    if (!hasDisplay()) {
+        myOutput.message(u"vx-sample: there is no display; --offscreen works without one"_s);
+        return fail(VXSampleExitCode::EnvironmentError);
+    }
+    if (showsWebContent())
         makeWidgetsApplication();
     else
         myApplication = std::make_unique<QCoreApplication>(myCount, myArguments);
+    return true;
+}
+
+bool VXSampleProgram::processCommandLine()
+{
+    VXCommandLineParser parser;
+    VXSampleOptions::addTo(parser);
+    if (!parser.process(QCoreApplication::arguments()))
+        return fail(refuse(parser.errorText()));
+    myCommandLine = withDefaultCommand(parser.parser().positionalArguments());
+    return true;
+}
+
+bool VXSampleProgram::showsWebContent() const
+{
+    return myCommand->application == VXSampleApplication::Widgets;
+}
+
+VXInitializerOption VXSampleProgram::initializerOption() const
+{
+    return myOptions.offscreen ? VXInitializerOption::Headless : VXInitializerOption::Normal;
 }
 
 void VXSampleProgram::makeWidgetsApplication()
@@ -237,6 +214,7 @@ void VXSampleProgram::makeWidgetsApplication()
     myApplication = std::make_unique<QApplication>(myCount, myArguments);
     // A dialog that closes while there is no other window is not the end of the program.
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(VXGUIWidgetsConfig::loadPixmapById(u"ico_logo_vx_simulator"_s));
     VXCSSSkinManager::instance()->applyConfiguredMode();
     VXUrlOpener::installConfigured();
     // Web views follow the user's proxy, too, but ask no access manager, which would make these.
@@ -244,26 +222,25 @@ void VXSampleProgram::makeWidgetsApplication()
 }
 
 /// A command runs inside the application's event loop, so that quitting ends its waits.
-VXSampleExitCode VXSampleProgram::runInEventLoop(const QStringList& theArguments)
+void VXSampleProgram::exec()
 {
+    showPartner();
     if (myOptions.exitAfter)
         endAfter(*myOptions.exitAfter);
 
-    VXSampleExitCode code = VXSampleExitCode::Success;
-    QTimer::singleShot(0, myApplication.get(), [this, &code, &theArguments] {
-        code = runCommand(theArguments);
+    QTimer::singleShot(0, myApplication.get(), [this] {
+        myCode = runCommand();
         QCoreApplication::exit();
     });
     QCoreApplication::exec();
-    return code;
 }
 
-VXSampleExitCode VXSampleProgram::runCommand(const QStringList& theArguments)
+VXSampleExitCode VXSampleProgram::runCommand()
 {
     const std::unique_ptr<VXSampleCommand> command = myCommand->create();
     QCommandLineParser parser;
     command->addOptions(parser);
-    if (!parser.parse(theArguments)) // the command's name stands where the program's would
+    if (!parser.parse(myCommandLine)) // the command's name stands where the program's would
         return refuse(u"%1: %2"_s.arg(myCommand->name, parser.errorText()));
 
     const VXSampleExitCode count = checkCount(parser.positionalArguments().size());
@@ -272,10 +249,8 @@ VXSampleExitCode VXSampleProgram::runCommand(const QStringList& theArguments)
 
     VXSampleSimulator simulator(myOptions.simulator);
     VXSampleAnswers answers(myOutput);
-    answers.setUserIsThere(myCommand->application == VXSampleApplication::Widgets &&
-                           myOptions.answers.isEmpty());
+    answers.setUserIsThere(showsWebContent() && myOptions.answers.isEmpty());
     VXRequest::setDialogDriver(&answers);
-    const VXSampleQuestions questions;
     if (!myOptions.answers.isEmpty()) {
         const QString complaint = answers.readFile(myOptions.answers);
         if (!complaint.isEmpty())
