@@ -17,6 +17,8 @@ public:
 
     [[nodiscard]] bool isSuccess() const { return myCode == VXSampleExitCode::Success; }
 
+    [[nodiscard]] VXSampleExitCode exitCode() const { return myCode; }
+
     /// The command's last line; empty when it had none.
     [[nodiscard]] QJsonObject result() const { return myResult; }
 

@@ -71,8 +71,8 @@ void VXSampleLoginPanel::addButtons()
     myClose = add(session, tr("Abmel&den"), u"logoutButton"_s);
     session->addStretch(1);
     auto* pages = new QHBoxLayout;
-    auto* embedded = add(pages, tr("Auf der Seite des Anbieters ..."), u"embeddedButton"_s);
-    auto* external = add(pages, tr("Im eigenen Browser ..."), u"externalButton"_s);
+    auto* embedded = add(pages, tr("Auf der &Seite des Anbieters ..."), u"embeddedButton"_s);
+    auto* external = add(pages, tr("&Im eigenen Browser ..."), u"externalButton"_s);
     pages->addStretch(1);
     content()->addLayout(session);
     content()->addLayout(pages);
@@ -129,8 +129,11 @@ void VXSampleLoginPanel::closeSession()
 void VXSampleLoginPanel::logInOnPage(const QString& theKind)
 {
     const VXSampleCommandRun run({u"login"_s, theKind}, myContext);
+    const bool hasBegun = run.exitCode() != VXSampleExitCode::EnvironmentError;
     myOutcome->showText(run.isSuccess() ? tr("Der Anbieter hat die Anmeldung bestätigt.")
-                                        : tr("Die Anmeldung wurde nicht abgeschlossen."),
+                        : hasBegun      ? tr("Die Anmeldung wurde nicht abgeschlossen.")
+                                        : tr("Die Anmeldung konnte nicht beginnen. Der Port 1031 "
+                                                  "ist belegt, oder der eingebaute Dienst fehlt."),
                         QString::fromUtf8(QJsonDocument(run.result()).toJson()));
     Q_EMIT exchanged();
 }

@@ -15,10 +15,13 @@
 #include <VXCore/VXDeploymentConfig.h>
 #include <VXCore/VXLocaleAndTranslationManager.h>
 #include <VXGUIWidgets/VXCSSSkinManager.h>
+#include <VXGUIWidgets/VXGUIWidgetsConfig.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QProcess>
 #include <QtGui/QActionGroup>
+#include <QtGui/QIcon>
+#include <QtGui/QScreen>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
@@ -34,6 +37,16 @@ namespace {
 constexpr QSize firstSize(1180, 700); // fits on 1366 x 768 with a task bar
 constexpr int navigationWidth = 190;
 constexpr int recordHeight = 180;
+constexpr QSize pageIconSize(24, 24);
+
+/// The same picture for the chosen page: Qt would tint it.
+QIcon pageIcon(const QString& theName)
+{
+    const QPixmap picture = VXGUIWidgetsConfig::loadPixmapById(theName);
+    QIcon icon(picture);
+    icon.addPixmap(picture, QIcon::Selected);
+    return icon;
+}
 
 } // namespace
 
@@ -47,7 +60,7 @@ VXSampleMainWindow::VXSampleMainWindow(VXSampleContext& theContext)
     createProblemMenu();
     createUpdateMenu();
     createSettingsMenu();
-    resize(firstSize);
+    resize(firstSize.boundedTo(screen()->availableSize()));
 }
 
 VXSampleMainWindow::~VXSampleMainWindow() = default;
@@ -59,17 +72,21 @@ void VXSampleMainWindow::createPages()
     myNavigation->setAccessibleName(tr("Was die Bibliothek kann"));
     myNavigation->setProperty("cssstyle", u"navigation"_s);
     myNavigation->setFrameShape(QFrame::NoFrame);
+    myNavigation->setIconSize(pageIconSize);
     myPages = new QStackedWidget(this);
     myPages->setObjectName(u"pages"_s);
-    addPage(new VXSampleHttpPanel(myContext, myPages));
-    addPage(new VXSampleOrderPanel(myContext, myPages));
-    addPage(new VXSampleProblemPanel(myContext, myPages));
-    addPage(new VXSampleLoginPanel(myContext, myPages));
-    addPage(new VXSampleWebPanel(myContext, myPages));
-    addPage(new VXSampleUploadPanel(myPages));
+    myUploads = new VXSampleUploadPanel(myPages);
+    addPage(new VXSampleHttpPanel(myContext, myPages), u"ico_page_http"_s);
+    addPage(new VXSampleOrderPanel(myContext, myPages), u"ico_page_order"_s);
+    addPage(new VXSampleProblemPanel(myContext, myPages), u"ico_page_problem"_s);
+    addPage(new VXSampleLoginPanel(myContext, myPages), u"ico_page_login"_s);
+    addPage(new VXSampleWebPanel(myContext, myPages), u"ico_page_web"_s);
+    addPage(myUploads, u"ico_page_photos"_s);
     myRecords = new VXSampleRecordTabs(myContext, this); // after the pages: the Tab key's order
     connect(myNavigation, &QListWidget::currentRowChanged, this, &VXSampleMainWindow::showPage);
     myNavigation->setCurrentRow(0);
+    myNavigation->setMinimumWidth(myNavigation->sizeHintForColumn(0));
+    myNavigation->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
     auto* upper = new QSplitter(Qt::Horizontal, this);
     upper->addWidget(myNavigation);
@@ -85,11 +102,15 @@ void VXSampleMainWindow::createPages()
     setCentralWidget(all);
 }
 
-void VXSampleMainWindow::addPage(VXSamplePanel* thePage)
+void VXSampleMainWindow::addPage(VXSamplePanel* thePage, const QString& theIcon)
 {
     myPages->addWidget(thePage);
-    auto* item = new QListWidgetItem(thePage->title(), myNavigation);
-    item->setSizeHint({navigationWidth / 2, fontMetrics().height() * 5 / 2});
+    auto* item = new QListWidgetItem(pageIcon(theIcon), thePage->title(), myNavigation);
+    // With the skin's margins, so that no name is cut off.
+    const int height = fontMetrics().height();
+    item->setSizeHint(
+        {fontMetrics().horizontalAdvance(thePage->title()) + pageIconSize.width() + 3 * height,
+         height * 5 / 2});
     connect(thePage, &VXSamplePanel::exchanged, this, [this] { myRecords->refresh(); });
 }
 
@@ -102,11 +123,17 @@ void VXSampleMainWindow::showPage(int theIndex)
 void VXSampleMainWindow::createProgramMenu()
 {
     QMenu* menu = menuBar()->addMenu(tr("&Programm"));
+    QAction* photos = menu->addAction(tr("&Fotos vom Telefon empfangen ..."));
+    photos->setObjectName(u"receivePhotos"_s);
+    connect(photos, &QAction::triggered, this, &VXSampleMainWindow::receivePhotos);
+    menu->addSeparator();
     QAction* about = menu->addAction(tr("&Über dieses Programm"));
+    about->setObjectName(u"about"_s);
     connect(about, &QAction::triggered, this, &VXSampleMainWindow::showAbout);
     menu->addSeparator();
     QAction* quit = menu->addAction(tr("&Beenden"));
-    quit->setShortcut(QKeySequence::Quit);
+    quit->setObjectName(u"quit"_s);
+    quit->setShortcut(QKeySequence(u"Ctrl+Q"_s)); // not every desktop names one
     connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 
@@ -143,9 +170,20 @@ void VXSampleMainWindow::createUpdateMenu()
             myRecords->refresh();
         });
     };
-    add(tr("Anmelden in einer Seite..."), u"loginEmbedded"_s, {u"login"_s, u"embedded"_s});
-    add(tr("Aktualisierung..."), u"update"_s, {u"update"_s});
-    add(tr("Notwendige Aktualisierung..."), u"updateMandatory"_s, {u"update"_s, u"--mandatory"_s});
+    add(tr("Anmelden auf der &Seite des Anbieters ..."), u"loginEmbedded"_s,
+        {u"login"_s, u"embedded"_s});
+    add(tr("Anmelden im eigenen &Browser ..."), u"loginExternal"_s, {u"login"_s, u"external"_s});
+    menu->addSeparator();
+    add(tr("&Aktualisierung ..."), u"update"_s, {u"update"_s});
+    add(tr("&Notwendige Aktualisierung ..."), u"updateMandatory"_s,
+        {u"update"_s, u"--mandatory"_s});
+}
+
+/// On its page, which shows the photos as they come.
+void VXSampleMainWindow::receivePhotos()
+{
+    myNavigation->setCurrentRow(myPages->indexOf(myUploads));
+    myUploads->showDialog();
 }
 
 void VXSampleMainWindow::createSettingsMenu()
@@ -162,15 +200,16 @@ void VXSampleMainWindow::createSettingsMenu()
 void VXSampleMainWindow::addSkins(QMenu* theMenu)
 {
     auto* skins = new QActionGroup(this);
-    const auto add = [&](const QString& theTitle, int theMode) {
+    const auto add = [&](const QString& theTitle, const QString& theName, int theMode) {
         QAction* action = skins->addAction(theMenu->addAction(theTitle));
+        action->setObjectName(theName);
         action->setCheckable(true);
         action->setChecked(VXCSSSkinManager::instance()->currentMode() == theMode);
         connect(action, &QAction::triggered, this,
                 [theMode] { VXCSSSkinManager::instance()->setMode(theMode); });
     };
-    add(tr("&Hell"), VXCSSSkinManager::Light);
-    add(tr("&Dunkel"), VXCSSSkinManager::Dark);
+    add(tr("&Hell"), u"skin-light"_s, VXCSSSkinManager::Light);
+    add(tr("&Dunkel"), u"skin-dark"_s, VXCSSSkinManager::Dark);
 }
 
 void VXSampleMainWindow::addLanguages(QMenu* theMenu)

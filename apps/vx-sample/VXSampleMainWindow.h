@@ -7,6 +7,7 @@ class QMenu;
 class QStackedWidget;
 class VXSamplePanel;
 class VXSampleRecordTabs;
+class VXSampleUploadPanel;
 struct VXSampleContext;
 
 /// The main window: on the left what the library can do, in the middle the chosen page, below what
@@ -27,11 +28,12 @@ protected:
 
 private:
     void createPages();
-    void addPage(VXSamplePanel* thePage);
+    void addPage(VXSamplePanel* thePage, const QString& theIcon);
     void showPage(int theIndex);
     void createProgramMenu();
     void createProblemMenu();
     void createUpdateMenu();
+    void receivePhotos();
     void createSettingsMenu();
     void addSkins(QMenu* theMenu);
     void addLanguages(QMenu* theMenu);
@@ -42,5 +44,6 @@ private:
     VXSampleContext& myContext;
     QListWidget* myNavigation = nullptr; // children of this
     QStackedWidget* myPages = nullptr;
+    VXSampleUploadPanel* myUploads = nullptr;
     VXSampleRecordTabs* myRecords = nullptr;
 };

@@ -56,11 +56,15 @@ void VXSampleOrderPanel::addWishes()
     myCode = new QSpinBox(this);
     myCode->setObjectName(u"errorCodeBox"_s);
     myCode->setRange(0, std::numeric_limits<int>::max());
+    myCode->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     myText = new QLineEdit(this);
+    connect(myText, &QLineEdit::returnPressed, this, &VXSampleOrderPanel::order);
     myCoupon = new QLineEdit(this);
     myCoupon->setObjectName(u"couponEdit"_s);
+    connect(myCoupon, &QLineEdit::returnPressed, this, &VXSampleOrderPanel::order);
     myWait = new QSpinBox(this);
     myWait->setRange(0, 1440);
+    myWait->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     myWait->setSuffix(tr(" min"));
     myMediate = new QCheckBox(tr("Den &Kunden mit einem Dialog unterrichten"), this);
     myMediate->setObjectName(u"mediateBox"_s);
@@ -90,6 +94,8 @@ QString VXSampleOrderPanel::pathAndQuery() const
 
 void VXSampleOrderPanel::order()
 {
+    if (!myOrder->isEnabled()) // the Return key, while an order is on its way
+        return;
     const QUrl url = myContext.simulator.address(pathAndQuery());
     if (!url.isValid()) {
         myOutcome->showText(myContext.simulator.errorText());

@@ -11,16 +11,23 @@
 #include <QtCore/QUrl>
 #include <QtCore/QVariant>
 #include <QtGui/QCloseEvent>
+#include <QtGui/QScreen>
 #include <QtWidgets/QVBoxLayout>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize firstSize(760, 900); // pixels
+
+} // namespace
 
 VXSampleOrderWindow::VXSampleOrderWindow(VXSampleWizardScreen& theScreen,
                                          const VXAbstractCommunication& theCommunication)
     : myView(VXWebView::createWebView(this, true))
 {
     setWindowTitle(tr("Bestellübersicht"));
-    resize(760, 900);
+    resize(firstSize.boundedTo(screen()->availableSize()));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(myView->nativeWidget());

@@ -20,8 +20,10 @@ public:
     explicit VXSampleUploadPanel(QWidget* theParent);
     ~VXSampleUploadPanel() override;
 
-private:
+    /// Opens the dialog with the QR code.
     void showDialog();
+
+private:
     void addPhoto(const QFileInfo& theFile);
 
     QPushButton* myShow = nullptr; // children of this

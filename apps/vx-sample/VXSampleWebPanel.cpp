@@ -11,6 +11,8 @@
 
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonValue>
+#include <QtWebEngineWidgets/QWebEngineView>
+#include <QtWidgets/QFrame>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -41,6 +43,7 @@ VXSampleWebPanel::VXSampleWebPanel(VXSampleContext& theContext, QWidget* thePare
 {
     addPageButtons();
     addAddressLine();
+    addNotice();
     myViewPlace = new QVBoxLayout;
     content()->addLayout(myViewPlace, 1);
     addScriptLine();
@@ -87,6 +90,27 @@ void VXSampleWebPanel::addAddressLine()
     content()->addLayout(row);
 }
 
+/// What the user sees when the page's process has died; the library only records it.
+void VXSampleWebPanel::addNotice()
+{
+    myNotice = new QFrame(this);
+    myNotice->setObjectName(u"crashNotice"_s);
+    myNotice->setProperty("cssstyle", u"notice"_s);
+    auto* text = new QLabel(tr("Die Webansicht ist abgestürzt. Laden Sie die Seite neu. Hilft das "
+                               "nicht, starten Sie das Programm neu."),
+                            myNotice);
+    text->setObjectName(u"crashText"_s);
+    text->setWordWrap(true);
+    auto* again = new QPushButton(tr("Neu la&den"), myNotice);
+    again->setObjectName(u"reloadButton"_s);
+    connect(again, &QPushButton::clicked, this, &VXSampleWebPanel::reload);
+    auto* row = new QHBoxLayout(myNotice);
+    row->addWidget(text, 1);
+    row->addWidget(again);
+    content()->addWidget(myNotice);
+    myNotice->hide();
+}
+
 void VXSampleWebPanel::addScriptLine()
 {
     myScript = new QLineEdit(u"document.title"_s, this);
@@ -117,7 +141,15 @@ void VXSampleWebPanel::createView()
 {
     myView.reset(VXWebView::createWebView(this, true));
     myViewPlace->addWidget(myView->nativeWidget());
-    myView->nativeWidget()->setMinimumHeight(120);
+    QWidget* const widget = myView->nativeWidget();
+    widget->setMinimumHeight(120);
+    setTabOrder(myAddress, widget); // it came later than the parts below it
+    setTabOrder(widget, myScript);
+    connect(qobject_cast<QWebEngineView*>(widget), &QWebEngineView::renderProcessTerminated, this,
+            [this](QWebEnginePage::RenderProcessTerminationStatus theStatus) {
+                if (theStatus != QWebEnginePage::NormalTerminationStatus)
+                    showCrash();
+            });
     connect(myView.get(), &VXWebView::urlChanged, this, [this](const QUrl& theUrl) {
         myAddress->setText(theUrl.toString(QUrl::RemoveUserInfo));
     });
@@ -131,10 +163,23 @@ void VXSampleWebPanel::open(const QString& theAddress)
 {
     const QUrl url = theAddress.startsWith(u'/') ? myContext.simulator.address(theAddress)
                                                  : QUrl::fromUserInput(theAddress);
-    if (url.isValid())
+    if (url.isValid()) {
+        myNotice->hide();
         myView->setUrl(url);
-    else
+    } else {
         myResult->setText(tr("\"%1\" ist keine Adresse.").arg(theAddress));
+    }
+}
+
+void VXSampleWebPanel::showCrash()
+{
+    myProgress->hide();
+    myNotice->show();
+}
+
+void VXSampleWebPanel::reload()
+{
+    open(myAddress->text());
 }
 
 /// In a dialog of its own, with buttons that print the page and save it as PDF.

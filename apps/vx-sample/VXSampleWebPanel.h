@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class QFrame;
 class QLabel;
 class QLineEdit;
 class QProgressBar;
@@ -31,7 +32,10 @@ private:
     void addPageButtons();
     void addAddressLine();
     void addScriptLine();
+    void addNotice();
     void createView();
+    void showCrash();
+    void reload();
     void open(const QString& theAddress);
     void openReceipt();
     void openOrderSummary();
@@ -40,6 +44,7 @@ private:
     VXSampleContext& myContext;
     QLineEdit* myAddress = nullptr; // children of this
     QProgressBar* myProgress = nullptr;
+    QFrame* myNotice = nullptr; // only to be seen after a crash
     QVBoxLayout* myViewPlace = nullptr;
     QLineEdit* myScript = nullptr;
     QLabel* myResult = nullptr;

@@ -2,7 +2,9 @@
 
 #include <VXCore/VXDeploymentConfig.h>
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtWidgets/QApplication>
 
 #include <array>
@@ -98,5 +100,7 @@ QString VXCSSSkinManager::styleSheet()
                  qUtf8Printable(file.errorString()));
         return {};
     }
+    // The sheet names pictures beside itself: url(skin:icons/...).
+    QDir::setSearchPaths(u"skin"_s, {QFileInfo(file).absolutePath()});
     return QString::fromUtf8(file.readAll());
 }
