@@ -3,7 +3,11 @@
 #include "VXSampleArguments.h"
 #include "VXSampleContext.h"
 
+#include <VXNetworking/VXOAuth2ExternalLoginDialog.h>
+
 #include <QtCore/QCommandLineParser>
+#include <QtNetwork/QNetworkProxy>
+#include <QtNetwork/QTcpServer>
 
 using namespace Qt::StringLiterals;
 
@@ -40,4 +44,11 @@ QString VXSampleLogin::complaintAbout(const QString& theOption, const QUrl& theU
     return isAddress ? QString()
                      : u"--%1: \"%2\" is no http or https address"_s.arg(
                            theOption, theUrl.toString(QUrl::RemovePassword));
+}
+
+bool VXSampleLogin::isRedirectPortFree()
+{
+    QTcpServer listener;
+    listener.setProxy(QNetworkProxy::NoProxy);
+    return listener.listen(QHostAddress::Any, VXOAuth2ExternalLoginDialog::defaultListeningPort());
 }

@@ -25,6 +25,10 @@ struct VXSampleLogin
     /// which is started for it. False, and the user is told, when that is not there.
     bool read(const QCommandLineParser& theArguments, const VXSampleContext& theContext);
 
+    /// Whether a login in the browser can be caught: the library's dialog does not tell that it
+    /// cannot listen.
+    [[nodiscard]] static bool isRedirectPortFree();
+
     /// What is unusable about the named address, empty when nothing is.
     [[nodiscard]] static QString complaintAbout(const QString& theOption, const QUrl& theUrl);
 };

@@ -18,8 +18,6 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QJsonObject>
-#include <QtNetwork/QNetworkProxy>
-#include <QtNetwork/QTcpServer>
 
 #include <optional>
 
@@ -33,14 +31,6 @@ constexpr int stateBytes = 16;
 QString newState()
 {
     return QString::fromLatin1(VXSamplePkce::randomText(stateBytes));
-}
-
-/// The library's dialog does not tell that it cannot listen, so the port is tried beforehand.
-bool isPortFree()
-{
-    QTcpServer listener;
-    listener.setProxy(QNetworkProxy::NoProxy);
-    return listener.listen(QHostAddress::Any, VXOAuth2ExternalLoginDialog::defaultListeningPort());
 }
 
 } // namespace
@@ -122,7 +112,7 @@ VXSampleExitCode VXSampleLoginCommand::giveUp(VXSampleContext& theContext,
 
 VXSampleExitCode VXSampleLoginCommand::external(VXSampleContext& theContext) const
 {
-    if (!isPortFree()) {
+    if (!VXSampleLogin::isRedirectPortFree()) {
         theContext.output.message(u"vx-sample: login: port 1031 is in use"_s);
         return VXSampleExitCode::EnvironmentError;
     }

@@ -22,6 +22,7 @@ void VXSampleTourCommand::addOptions(QCommandLineParser& theParser) const
         {u"only"_s,
          u"Only these groups, separated by commas: %1."_s.arg(VXTour::groups().join(u", "_s)),
          u"LIST"_s});
+    theParser.addOption({u"slow"_s, u"Wait a minute for the box about a silent provider, too."_s});
 }
 
 VXSampleExitCode VXSampleTourCommand::run(const QCommandLineParser& theArguments,
@@ -40,16 +41,16 @@ VXSampleExitCode VXSampleTourCommand::run(const QCommandLineParser& theArguments
         return VXSampleExitCode::EnvironmentError;
     }
     theContext.answers.setUserIsThere(false); // the steps bring their own answers
-    return tour(folder, groups, theContext);
+    return tour(folder, groups, theArguments.isSet(u"slow"_s), theContext);
 }
 
 VXSampleExitCode VXSampleTourCommand::tour(const QString& theFolder, const QStringList& theGroups,
-                                           VXSampleContext& theContext)
+                                           bool theIsSlow, VXSampleContext& theContext)
 {
     VXTourLog log;
     VXSimulatorControl control(theContext.simulator.port(u"control"_s));
-    VXTourWorld world{theContext, theContext.simulator, control, theContext.answers,
-                      log,        QDir(theFolder)};
+    VXTourWorld world{theContext, theContext.simulator, control,  theContext.answers,
+                      log,        QDir(theFolder),      theIsSlow};
     VXTour tour(world, theContext.output);
     VXSampleMessages::setQuiet(true); // the provoked warnings are in tour.log
     tour.run(theGroups);

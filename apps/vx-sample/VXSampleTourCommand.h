@@ -14,5 +14,5 @@ public:
 
 private:
     static VXSampleExitCode tour(const QString& theFolder, const QStringList& theGroups,
-                                 VXSampleContext& theContext);
+                                 bool theIsSlow, VXSampleContext& theContext);
 };

@@ -3,6 +3,7 @@
 #include "VXSampleOutput.h"
 #include "VXTourDialogSteps.h"
 #include "VXTourLog.h"
+#include "VXTourLoginSteps.h"
 #include "VXTourMethodSteps.h"
 #include "VXTourOrderSteps.h"
 #include "VXTourRun.h"
@@ -29,7 +30,8 @@ QList<VXTourStep> VXTour::allSteps()
 {
     return VXTourOrderSteps::steps() + VXTourMethodSteps::steps() + VXTourTransferSteps::steps() +
            VXTourTextSteps::steps() + VXTourDialogSteps::steps() + VXTourSecuritySteps::steps() +
-           VXTourWebSteps::steps() + VXTourUploadSteps::steps() + VXTourWindowSteps::steps();
+           VXTourWebSteps::steps() + VXTourLoginSteps::steps() + VXTourUploadSteps::steps() +
+           VXTourWindowSteps::steps();
 }
 
 QStringList VXTour::groups()

@@ -25,6 +25,7 @@ struct VXTourWorld
     VXSampleAnswers& answers;
     VXTourLog& log;
     QDir folder; ///< where files of the tour go
+    bool isSlow; ///< whether to wait a minute, too
 };
 
 /// One row of the tour while it runs: the step does something with the library, says what came

@@ -73,6 +73,20 @@ bool VXTourWebPage::waitUntilDrawn(QWebEngineView& theView)
     return !deadline.hasExpired();
 }
 
+bool VXTourWebPage::waitUntilChanged(QWebEngineView& theView, const QImage& theBefore)
+{
+    const QDeadlineTimer deadline(answerMilliseconds);
+    QImage last = theBefore;
+    while (!deadline.hasExpired()) {
+        wait();
+        const QImage now = theView.grab().toImage();
+        if (now != theBefore && now == last)
+            return true;
+        last = now;
+    }
+    return false;
+}
+
 bool VXTourWebPage::waitUntilTrue(QWebEngineView& theView, const QString& theScript)
 {
     const QDeadlineTimer deadline(answerMilliseconds);

@@ -2,7 +2,6 @@
 
 #include "VXSampleContext.h"
 #include "VXSampleOrderWindow.h"
-#include "VXSampleSimulator.h"
 #include "VXSampleWizardScreen.h"
 #include "VXTourRun.h"
 #include "VXTourWebPage.h"
@@ -12,8 +11,6 @@
 #include <VXGUIWidgets/VXCSSSkinManager.h>
 #include <VXNetworking/VXBrowserDialog.h>
 #include <VXNetworking/VXJavaScriptExecutor.h>
-#include <VXNetworking/VXOAuth2ExternalLoginDialogBase.h>
-#include <VXNetworking/VXOAuth2LoginDialog.h>
 #include <VXNetworking/VXProgramUpdateDescriptionDialog.h>
 #include <VXNetworking/VXWebSocketCommunication.h>
 #include <VXNetworking/VXWebView.h>
@@ -32,6 +29,11 @@ namespace {
 
 constexpr int loadMilliseconds = 20'000;
 constexpr int sceneBlue = 200;
+
+const QString linkPage =
+    u"<html lang=\"de\"><title>Fotos</title><body style=\"font-family: sans-serif; margin: 2em\">"
+    "<h1>Ihre Fotos</h1><p>Alle Preise stehen auf <a id=\"a\" href=\"https://photos.test/\">"
+    "photos.test</a>; die Seite öffnet sich in Ihrem Browser.</p></body></html>"_s;
 
 bool load(VXWebView& theView, const std::function<void()>& theStart)
 {
@@ -163,11 +165,11 @@ void clickLink(VXTourRun& theRun)
 {
     const Desktop desktop;
     VXBrowserDialog dialog(nullptr, false, false);
+    dialog.resize(560, 300);
     dialog.show();
-    theRun.expect(
-        load(*dialog.webView(),
-             [&] { dialog.setHtml(u"<a id=\"a\" href=\"https://photos.test/\">Fotos</a>"_s); }),
-        u"the page did not load"_s);
+    theRun.expect(load(*dialog.webView(), [&dialog] { dialog.setHtml(linkPage); }),
+                  u"the page did not load"_s);
+    theRun.expect(VXTourWebPage::waitUntilDrawn(engineView(dialog)), u"the page is not drawn"_s);
     QEventLoop loop;
     QObject::connect(&desktop, &Desktop::isOpened, &loop, &QEventLoop::quit);
     QTimer::singleShot(loadMilliseconds, &loop, &QEventLoop::quit);
@@ -226,12 +228,14 @@ void showOrderSummary(VXTourRun& theRun)
     QJsonObject summary;
     QObject::connect(&screen, &VXSampleWizardScreen::summaryChanged, &window,
                      [&summary](const QJsonObject& theSummary) { summary = theSummary; });
+    const QImage before = view.grab().toImage();
     VXTourWebPage::run(view, u"document.getElementById('couponCodeEdit').value = 'SOMMER10';"
                              "document.getElementById('applyCouponButton').click()"_s);
     theRun.expect(
         VXTourWebPage::waitUntilTrue(view, u"document.body.innerText.includes('SOMMER10')"_s),
         u"the page does not show the coupon"_s);
     theRun.expect(!summary.isEmpty(), u"the native object was not called"_s);
+    theRun.expect(VXTourWebPage::waitUntilChanged(view, before), u"the coupon is not drawn"_s);
     theRun.photograph(&window, u"33-order-summary.png"_s);
     theRun.came(u"coupon SOMMER10 reached the native object"_s);
 }
@@ -259,30 +263,6 @@ void refuseWrongToken(VXTourRun& theRun)
     theRun.came(u"no message for a page without the token"_s);
 }
 
-/// The provider's own page; the tour leaves it as it is.
-void showEmbeddedLogin(VXTourRun& theRun)
-{
-    const QUrl page = theRun.world.simulator.http(
-        u"/oauth2/authorize?response_type=code&client_id=vx-sample&redirect_uri=http%3A%2F%2F127."
-        "0.0.1%3A1031%2F&state=tour"_s);
-    VXOAuth2LoginDialog dialog(page, u"VX Simulator"_s,
-                               VXOAuth2LoginDialog::SaveLoginDataOption |
-                                   VXOAuth2LoginDialog::CancelButtonOption);
-    dialog.show();
-    theRun.expect(VXTourWebPage::waitUntilDrawn(*dialog.findChild<QWebEngineView*>()),
-                  u"the login page is not drawn"_s);
-    theRun.photograph(&dialog, u"20-login-page.png"_s);
-    theRun.came(u"\"%1\""_s.arg(dialog.windowTitle()));
-}
-
-void showExternalLogin(VXTourRun& theRun)
-{
-    VXOAuth2ExternalLoginDialogBase dialog(QUrl(u"https://login.test/"_s), u"VX Simulator"_s);
-    dialog.show();
-    theRun.photograph(&dialog, u"23-login-in-browser.png"_s);
-    theRun.came(u"\"%1\""_s.arg(dialog.windowTitle()));
-}
-
 } // namespace
 
 QList<VXTourStep> VXTourWebSteps::steps()
@@ -299,8 +279,6 @@ QList<VXTourStep> VXTourWebSteps::steps()
         {u"web"_s, u"Three scripts in one step"_s, runScripts},
         {u"channel"_s, u"Order summary over the web channel"_s, showOrderSummary},
         {u"channel"_s, u"Wrong token is refused"_s, refuseWrongToken},
-        {u"login"_s, u"Login on the provider's page"_s, showEmbeddedLogin},
-        {u"login"_s, u"Login in the user's own browser"_s, showExternalLogin},
     };
 }
 
