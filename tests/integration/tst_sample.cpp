@@ -10,7 +10,11 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QProcess>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QUrl>
 #include <QtGui/QImage>
+#include <QtNetwork/QTcpSocket>
 
 #include <memory>
 #include <thread>
@@ -39,6 +43,10 @@ private Q_SLOTS:
 
     void requestSendsMethodHeadersAndBody();
     void requestReadsItsBodyFromAFile();
+    void requestSaysWhatItsBodyIs_data();
+    void requestSaysWhatItsBodyIs();
+    void certificatesCountUnlessTheOptionSaysOtherwise_data();
+    void certificatesCountUnlessTheOptionSaysOtherwise();
     void requestRunsInSeveralThreads();
     void failedRequestKeepsTheServersBody();
     void timedOutRequestEndsWithStatus4();
@@ -68,6 +76,7 @@ private Q_SLOTS:
     void proxyForLoopbackIsDirect();
     void configShowNamesValueAndOrigin();
     void configShowHidesSecrets();
+    void masterModeIsADeploymentValue();
 
     void serverLoginIsAnsweredFromTheFile();
     void proxyLoginIsAnsweredFromTheFile();
@@ -84,7 +93,9 @@ private Q_SLOTS:
     void refusedCertificateIsExplained();
     void mainWindowAppearsWithoutADisplay();
     void windowIsWhatNoCommandMeans();
-    void twoProcessesDoNotDisturbEachOther();
+    void temporaryFolderIsTheUsersAlone();
+    void twoWindowsDoNotDisturbEachOther();
+    void workOfAnotherProcessDoesNotDisturbAPage();
     void onlyCommandsWithWindowsStartTheWebEngine();
 
 private:
@@ -128,11 +139,23 @@ void tst_sample::helpListsEachCommandWithAnExample()
     const VXSampleRun help({u"--help"_s});
     QCOMPARE(help.exitCode(), 0);
     const QString text = QString::fromUtf8(help.standardOutput());
-    for (const QString& name : {u"request"_s, u"order"_s, u"download"_s, u"upload"_s, u"probe"_s,
-                                u"message"_s, u"messages"_s, u"proxy"_s, u"config"_s, u"tour"_s}) {
-        QVERIFY2(text.contains(u"\n  %1"_s.arg(name)), qPrintable(name));
-        QVERIFY2(text.contains(u"Example: vx-sample %1"_s.arg(name)), qPrintable(name));
+    QStringList examples;
+    const QRegularExpression example(u"Example: vx-sample ([a-z-]+)"_s);
+    for (const QRegularExpressionMatch& match : example.globalMatch(text)) {
+        examples << match.captured(1);
+        QVERIFY2(text.contains(u"\n  %1"_s.arg(match.captured(1))), qPrintable(match.captured(1)));
     }
+    // Each is tested as a black box: here, or in tst_sample_cloud (session, credentials, login),
+    // tst_sample_webdialogs (login, update), tst_upload_from_phones (upload-service,
+    // upload-dialog), tst_sample_channel, tst_sample_web and tst_tour. A new one has to get tests,
+    // too.
+    QCOMPARE(examples,
+             (QStringList{
+                 u"request"_s, u"order"_s,          u"download"_s,      u"upload"_s,  u"probe"_s,
+                 u"message"_s, u"messages"_s,       u"handle"_s,        u"problem"_s, u"gui"_s,
+                 u"proxy"_s,   u"session"_s,        u"credentials"_s,   u"login"_s,   u"update"_s,
+                 u"config"_s,  u"upload-service"_s, u"upload-dialog"_s, u"channel"_s, u"web"_s,
+                 u"tour"_s}));
 }
 
 void tst_sample::helpOfACommandShowsItsOptions()
@@ -319,6 +342,51 @@ void tst_sample::requestReadsItsBodyFromAFile()
     const QJsonObject echo =
         QJsonDocument::fromJson(post.result().value(u"body"_s).toString().toUtf8()).object();
     QCOMPARE(QByteArray::fromBase64(echo.value(u"body"_s).toString().toLatin1()), bytes);
+}
+
+void tst_sample::requestSaysWhatItsBodyIs_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("type");
+
+    QTest::newRow("JSON") << u"--json"_s << u"application/json"_s;
+    QTest::newRow("XML") << u"--xml"_s << u"text/xml"_s;
+    QTest::newRow("form") << u"--form"_s << u"application/x-www-form-urlencoded"_s;
+}
+
+void tst_sample::requestSaysWhatItsBodyIs()
+{
+    QFETCH(QString, option);
+    QFETCH(QString, type);
+    const VXSampleRun post =
+        run({u"request"_s, u"POST"_s, u"/echo"_s, option, u"-d"_s, u"photo=1"_s});
+    QCOMPARE(post.exitCode(), 0);
+    const QString echo = post.result().value(u"body"_s).toString();
+    const QJsonArray headers =
+        QJsonDocument::fromJson(echo.toUtf8()).object().value(u"headers"_s).toArray();
+    QVERIFY2(headers.contains(QJsonArray{u"Content-Type"_s, type}), qPrintable(echo));
+}
+
+void tst_sample::certificatesCountUnlessTheOptionSaysOtherwise_data()
+{
+    QTest::addColumn<QStringList>("option");
+    QTest::addColumn<int>("exitCode");
+
+    QTest::newRow("checked") << QStringList() << 1;
+    QTest::newRow("y") << QStringList{u"-y"_s} << 0;
+    QTest::newRow("Y") << QStringList{u"-Y"_s} << 0;
+    QTest::newRow("whole") << QStringList{u"--acceptallcertificates"_s} << 0;
+}
+
+void tst_sample::certificatesCountUnlessTheOptionSaysOtherwise()
+{
+    QFETCH(QStringList, option);
+    QFETCH(int, exitCode);
+    const int port = mySimulator->ready().value(u"https"_s).toObject()[u"expired"_s].toInt();
+    const VXSampleRun get =
+        run(option + QStringList{u"request"_s, u"GET"_s, u"https://127.0.0.1:%1/echo"_s.arg(port)});
+    QVERIFY2(get.exitCode() == exitCode, qPrintable(get.standardError()));
+    QCOMPARE(get.result().value(u"code"_s).toInt(), exitCode == 0 ? 0 : 3506);
 }
 
 void tst_sample::requestRunsInSeveralThreads()
@@ -638,6 +706,18 @@ void tst_sample::configShowNamesValueAndOrigin()
                                         {u"origin"_s, u"built-in"_s}}));
 }
 
+void tst_sample::masterModeIsADeploymentValue()
+{
+    const VXSampleRun shown({u"--master"_s, u"config"_s, u"show"_s});
+    QCOMPARE(shown.exitCode(), 0);
+    QVERIFY(shown.result()
+                .value(u"config"_s)
+                .toArray()
+                .contains(QJsonObject{{u"key"_s, u"Program/masterMode"_s},
+                                      {u"value"_s, u"true"_s},
+                                      {u"origin"_s, u"setter"_s}}));
+}
+
 void tst_sample::configShowHidesSecrets()
 {
     const QString file = write(u"secret.ini"_s, "[Crypto]\nlegacyDesKey=0123456789abcdef\n"
@@ -900,8 +980,21 @@ void tst_sample::mainWindowAppearsWithoutADisplay()
     QCOMPARE(shown.events(u"shown"_s).size(), 1);
 }
 
+/// The one that the web engine and the application's pages use.
+void tst_sample::temporaryFolderIsTheUsersAlone()
+{
+    const QString folder = myFolder.filePath(u"temporary"_s);
+    const VXSampleRun shown =
+        run({u"--offscreen"_s, u"--temp"_s, folder, u"--exit-after"_s, u"1"_s, u"gui"_s});
+    QCOMPARE(shown.exitCode(), 0);
+    QVERIFY(QFileInfo(folder).isDir());
+    QCOMPARE(QFile::permissions(folder) &
+                 (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+             QFile::Permissions());
+}
+
 /// With the same settings, log and temporary folder.
-void tst_sample::twoProcessesDoNotDisturbEachOther()
+void tst_sample::twoWindowsDoNotDisturbEachOther()
 {
     const QStringList arguments{u"--offscreen"_s, u"--exit-after"_s, u"2"_s, u"gui"_s};
     int first = -1;
@@ -911,6 +1004,54 @@ void tst_sample::twoProcessesDoNotDisturbEachOther()
     QCOMPARE(first, 0);
     QVERIFY2(second.exitCode() == 0, qPrintable(second.standardError()));
     QCOMPARE(second.events(u"shown"_s).size(), 1);
+}
+
+/// One shows a page that talks to it; the other, with the same folders, exchanges, stores settings
+/// and starts the web engine, which clears the engine's storage of the first.
+void tst_sample::workOfAnotherProcessDoesNotDisturbAPage()
+{
+    const QStringList folders{u"--settings"_s, myFolder.filePath(u"shared.ini"_s),
+                              u"--log-dir"_s,  myFolder.filePath(u"shared-log"_s),
+                              u"--temp"_s,     myFolder.filePath(u"shared-temp"_s)};
+    QProcess first;
+    first.start(QStringLiteral(VX_BINARY_DIR) + u"/bin/vx-sample"_s,
+                folders +
+                    QStringList{u"--offscreen"_s, u"channel"_s, u"--page"_s, u"ordersummary"_s});
+    QByteArray output;
+    QTRY_VERIFY_WITH_TIMEOUT((output += first.readAllStandardOutput()).contains("pageReady"),
+                             30'000);
+
+    const VXSampleRun get = run(folders + QStringList{u"request"_s, u"GET"_s, u"/echo"_s});
+    QVERIFY2(get.exitCode() == 0, qPrintable(get.standardError()));
+    const VXSampleRun set = run(folders + QStringList{u"proxy"_s, u"set"_s, u"my"_s, u"--host"_s,
+                                                      u"proxy.test"_s, u"--port"_s, u"3128"_s});
+    QVERIFY2(set.exitCode() == 0, qPrintable(set.standardError()));
+    const VXSampleRun page =
+        run(folders + QStringList{u"--offscreen"_s, u"web"_s, u"tov://localhost/index.html"_s,
+                                  u"--script"_s, u"6 * 7"_s});
+    QVERIFY2(page.exitCode() == 0, qPrintable(page.standardError()));
+    QCOMPARE(page.result().value(u"results"_s).toArray(), QJsonArray{42});
+
+    QCOMPARE(first.state(), QProcess::Running);
+    const QUrl channel(QJsonDocument::fromJson(output.first(output.indexOf('\n')))
+                           .object()
+                           .value(u"baseUrl"_s)
+                           .toString());
+    QTcpSocket socket;
+    socket.connectToHost(channel.host(), static_cast<quint16>(channel.port()));
+    QVERIFY(socket.waitForConnected());
+    first.terminate();
+    QVERIFY(first.waitForFinished());
+    QCOMPARE(first.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(first.exitCode(), 0);
+    QByteArrayList errors = first.readAllStandardError().split('\n');
+    errors.removeIf([](const QByteArray& theLine) {
+        return theLine.isEmpty() || theLine.startsWith("Failed to parse text message"); // the token
+    });
+    QCOMPARE(errors, QByteArrayList());
+    // The settings of the other have outlived the end of the first.
+    const VXSampleRun show = run(folders + QStringList{u"proxy"_s, u"show"_s});
+    QCOMPARE(show.result().value(u"host"_s).toString(), u"proxy.test"_s);
 }
 
 void tst_sample::windowIsWhatNoCommandMeans()

@@ -42,6 +42,7 @@ private Q_SLOTS:
     void directLoginWithWrongPasswordIsRefused();
     void externalLoginNeedsThePort();
     void externalLoginMayBeGivenUp();
+    void externalLoginGetsTokens();
 
     void recordIsKeptBetweenRunsWithoutShowingThePassword();
     void refreshTokenDrivesThePasswordOut();
@@ -293,6 +294,30 @@ void tst_sample_cloud::externalLoginMayBeGivenUp()
         run({u"--opener"_s, u"/bin/true"_s, u"--exit-after"_s, u"1"_s, u"login"_s, u"external"_s});
     QCOMPARE(login.exitCode(), 4);
     QCOMPARE(login.result()[u"accepted"_s].toBool(true), false);
+}
+
+/// The browser is a script that sends the login form and follows the provider back.
+void tst_sample_cloud::externalLoginGetsTokens()
+{
+    const QTemporaryDir folder;
+    QFile browser(folder.filePath(u"browser"_s));
+    QVERIFY(browser.open(QIODevice::WriteOnly));
+    browser.write("#!/bin/sh\n"
+                  "curl -s -L -d \"username=demo&password=demo&${1#*\\?}\" \"${1%%\\?*}\" "
+                  "> \"$0.page\"\n");
+    browser.close();
+    browser.setPermissions(browser.permissions() | QFile::ExeOwner);
+    const VXSampleRun login = run(
+        {u"--opener"_s, browser.fileName(), u"--exit-after"_s, u"60"_s, u"login"_s, u"external"_s});
+    QVERIFY2(login.exitCode() == 0, qPrintable(login.standardError()));
+    QCOMPARE(login.result()[u"accepted"_s].toBool(), true);
+    QCOMPARE(login.result()[u"tokens"_s].toString(), u"masked"_s);
+    const QList<QByteArray> forms = formsAt(u"/oauth2/token"_s);
+    QCOMPARE(forms.size(), 1);
+    QVERIFY2(forms.at(0).contains("grant_type=authorization_code&code=code-"), forms.at(0));
+    QFile page(browser.fileName() + u".page"_s);
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    QVERIFY(page.readAll().contains("<html"));
 }
 
 void tst_sample_cloud::recordIsKeptBetweenRunsWithoutShowingThePassword()

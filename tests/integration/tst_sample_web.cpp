@@ -52,6 +52,7 @@ private Q_SLOTS:
     void aFailedLoadIsALibraryError();
     void aPdfThatCannotBeWrittenIsALibraryError();
     void aSilentServerEndsWithStatus4();
+    void keepLeavesThePageOpen();
     void wrongUsageEndsWithStatus2();
 };
 
@@ -156,6 +157,16 @@ void tst_sample_web::aSilentServerEndsWithStatus4()
     const VXSampleRun run({u"--offscreen"_s, u"--exit-after"_s, u"3"_s, u"--simulator"_s, u"none"_s,
                            u"web"_s, peer.url().toString()});
     QCOMPARE(run.exitCode(), 4);
+}
+
+/// The other tests show that it ends by itself without the option.
+void tst_sample_web::keepLeavesThePageOpen()
+{
+    const QTemporaryDir folder;
+    const VXSampleRun kept({u"--offscreen"_s, u"--exit-after"_s, u"4"_s, u"--simulator"_s,
+                            u"none"_s, u"web"_s, fileWith(folder, page), u"--keep"_s});
+    QCOMPARE(kept.exitCode(), 4);
+    QVERIFY(kept.result().contains(u"title"_s));
 }
 
 void tst_sample_web::wrongUsageEndsWithStatus2()

@@ -1,27 +1,29 @@
 #include "VXDialogVisitor.h"
-#include "VXSampleAnswers.h"
-#include "VXSampleContext.h"
-#include "VXSampleMainWindow.h"
-#include "VXSampleOutput.h"
-#include "VXSampleQuestions.h"
-#include "VXSampleSimulator.h"
-#include "VXSimulatorProcess.h"
+#include "VXOpenedUrls.h"
+#include "VXSampleWindowFixture.h"
 #include "VXTestMain.h"
 
-#include <VXCore/VXInitializer.h>
-#include <VXCore/VXInitializerOption.h>
-#include <VXGUIWidgets/VXRequest.h>
+#include <VXGUIWidgets/VXCSSSkinManager.h>
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTimer>
+#include <QtCore/QUrlQuery>
+#include <QtNetwork/QNetworkAccessManager>
+#include <QtNetwork/QNetworkReply>
+#include <QtNetwork/QTcpServer>
 #include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+#include <QtWebEngineWidgets/QWebEngineView>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QFrame>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QMenuBar>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QProgressBar>
@@ -30,6 +32,8 @@
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QTableView>
 
+#include <algorithm>
+#include <csignal>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -41,6 +45,7 @@ class tst_sample_window : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanupTestCase();
     void init();
     void cleanup();
 
@@ -63,79 +68,87 @@ private Q_SLOTS:
     void closingEndsTheExchange();
     void otherLanguageNeedsARestart();
 
+    void loginOnThePageOfTheProviderIsConfirmed();
+    void loginOnThePageMayBeGivenUp();
+    void loginInTheBrowserIsConfirmed();
+    void loginInTheBrowserMayBeGivenUp();
+    void loginWithoutItsPortIsExplained();
+    void crashOfThePageIsToldAndReloaded();
+
+    void menuBringsEachProblem_data();
+    void menuBringsEachProblem();
+    void everyProblemHasATestOfItsEntry();
+    void menuOpensTheNetworkSettings();
+    void shortcutOpensTheNetworkSettings();
+    void menuLogsInOnAPage();
+    void menuLogsInInTheBrowser();
+    void menuAnnouncesAnUpdate_data();
+    void menuAnnouncesAnUpdate();
+    void menuReceivesPhotos();
+    void menuChangesTheSkin();
+    void menuAsksBeforeItChangesTheLanguage();
+    void menuTellsAboutTheProgram();
+    void menuEndsTheProgram();
+    void shortcutEndsTheProgram();
+    void noEntryOfTheMenusIsWithoutATest();
+
 private:
     template <typename Widget>
-    Widget& part(const QString& theName) const;
-    [[nodiscard]] QString shown(const QString& theName) const;
-    void openPage(const QString& theTitle);
+    Widget& part(const QString& theName) const
+    {
+        return mySample->part<Widget>(theName);
+    }
+    [[nodiscard]] QString shown(const QString& theName) const { return mySample->shown(theName); }
+    void click(const QString& theButton) const;
+    void logInAsBrowser(const QUrl& theLoginPage);
+    [[nodiscard]] QStringList titlesAfterChoosing(const QString& theActionName) const;
 
-    std::unique_ptr<VXSimulatorProcess> mySimulatorProcess;
-    VXSampleOptions myOptions;
-    VXSampleOutput myOutput;
-    std::unique_ptr<VXSampleSimulator> mySimulator;
-    std::unique_ptr<VXSampleAnswers> myAnswers;
-    std::unique_ptr<VXSampleQuestions> myQuestions;
-    std::unique_ptr<VXSampleContext> myContext;
-    std::unique_ptr<VXSampleMainWindow> myWindow;
+    std::unique_ptr<VXSampleWindowFixture> mySample;
+    QNetworkAccessManager myBrowser;
 };
 
 void tst_sample_window::initTestCase()
 {
-    VXInitializer::instance()->runSetup(VXInitializerOption::Headless); // the engine's, as a host
-    mySimulatorProcess = std::make_unique<VXSimulatorProcess>();
-    QVERIFY2(mySimulatorProcess->errorText().isEmpty(),
-             qPrintable(mySimulatorProcess->errorText()));
-    mySimulator = std::make_unique<VXSampleSimulator>(mySimulatorProcess->readyFile());
-    QVERIFY2(mySimulator->open(), qPrintable(mySimulator->errorText()));
-    myAnswers = std::make_unique<VXSampleAnswers>(myOutput);
-    myAnswers->setUserIsThere(true);
-    VXRequest::setDialogDriver(myAnswers.get());
-    myQuestions = std::make_unique<VXSampleQuestions>();
-    myContext = std::make_unique<VXSampleContext>(
-        VXSampleContext{myOptions, myOutput, *mySimulator, *myAnswers});
+    mySample = std::make_unique<VXSampleWindowFixture>();
+    QCOMPARE(mySample->errorText(), QString());
+}
+
+void tst_sample_window::cleanupTestCase()
+{
+    mySample.reset();
 }
 
 void tst_sample_window::init()
 {
-    myWindow = std::make_unique<VXSampleMainWindow>(*myContext);
-    myWindow->show();
-    QVERIFY(QTest::qWaitForWindowActive(myWindow.get()));
+    QVERIFY(mySample->open());
 }
 
 void tst_sample_window::cleanup()
 {
-    myWindow.reset();
+    mySample->close();
 }
 
-template <typename Widget>
-Widget& tst_sample_window::part(const QString& theName) const
+void tst_sample_window::click(const QString& theButton) const
 {
-    // The same part may be on several pages; the one in view is meant.
-    const auto parts = myWindow->findChildren<Widget*>(theName);
-    for (Widget* widget : parts)
-        if (widget->isVisible())
-            return *widget;
-    return *parts.constFirst();
+    QTest::mouseClick(&part<QPushButton>(theButton), Qt::LeftButton);
 }
 
-QString tst_sample_window::shown(const QString& theName) const
+/// The titles of the dialogs that an entry of the menus brings; the user leaves each at once.
+QStringList tst_sample_window::titlesAfterChoosing(const QString& theActionName) const
 {
-    return part<QLabel>(theName).text();
-}
-
-void tst_sample_window::openPage(const QString& theTitle)
-{
-    auto& navigation = part<QListWidget>(u"navigation"_s);
-    const auto items = navigation.findItems(theTitle, Qt::MatchExactly);
-    QCOMPARE(items.size(), 1);
-    navigation.setCurrentItem(items.constFirst());
+    QStringList titles;
+    const VXDialogVisitor visitor([&titles](QDialog* theDialog) {
+        titles << theDialog->windowTitle();
+        theDialog->reject();
+    });
+    return mySample->chooseFromMenu(theActionName) ? titles : QStringList{u"no such entry"_s};
 }
 
 void tst_sample_window::everyPageIsReachedByKeyboard()
 {
     auto& navigation = part<QListWidget>(u"navigation"_s);
     navigation.setFocus();
-    const auto* const pages = myWindow->findChild<QStackedWidget*>(u"pages"_s);
+    const auto* const pages = mySample->window().findChild<QStackedWidget*>(u"pages"_s);
     for (int page = 1; page < navigation.count(); ++page) {
         QTest::keyClick(&navigation, Qt::Key_Down);
         QCOMPARE(pages->currentIndex(), page);
@@ -147,10 +160,10 @@ void tst_sample_window::everyPageIsReachedByKeyboard()
 
 void tst_sample_window::windowFitsOnASmallScreen()
 {
-    const QSize least = myWindow->minimumSizeHint();
+    const QSize least = mySample->window().minimumSizeHint();
     QVERIFY2(least.width() <= 1366, qPrintable(QString::number(least.width())));
     QVERIFY2(least.height() <= 728, qPrintable(QString::number(least.height()))); // with a task bar
-    QVERIFY(myWindow->height() <= 728);
+    QVERIFY(mySample->window().height() <= 728);
 }
 
 void tst_sample_window::answerOfTheServiceIsShown()
@@ -209,7 +222,7 @@ void tst_sample_window::progressOfADownloadIsShown()
     QCOMPARE(part<QLineEdit>(u"addressEdit"_s).text(), u"/bytes/20000000?seed=7&rate=4000000"_s);
     part<QLineEdit>(u"addressEdit"_s).setText(u"/bytes/2000000?seed=7&rate=2000000"_s);
 
-    auto* const bar = myWindow->findChild<QProgressBar*>(u"exchangeProgress"_s);
+    auto* const bar = mySample->window().findChild<QProgressBar*>(u"exchangeProgress"_s);
     int most = 0;
     connect(bar, &QProgressBar::valueChanged, this,
             [bar, &most](int theValue) { most = bar->isVisible() ? qMax(most, theValue) : most; });
@@ -234,7 +247,7 @@ void tst_sample_window::workersSend()
 
 void tst_sample_window::refusedCouponIsExplained()
 {
-    openPage(u"Bestellung"_s);
+    mySample->openPage(u"Bestellung"_s);
     part<QSpinBox>(u"errorCodeBox"_s).setValue(70);
     part<QLineEdit>(u"couponEdit"_s).setText(u"X1"_s);
     part<QPushButton>(u"orderButton"_s).click();
@@ -244,14 +257,14 @@ void tst_sample_window::refusedCouponIsExplained()
 
 void tst_sample_window::successfulOrderIsConfirmed()
 {
-    openPage(u"Bestellung"_s);
+    mySample->openPage(u"Bestellung"_s);
     part<QPushButton>(u"orderButton"_s).click();
     QVERIFY(shown(u"outcomeHeadline"_s).startsWith(u"Die Bestellung ist angekommen"_s));
 }
 
 void tst_sample_window::textOfACodeIsLookedUp()
 {
-    openPage(u"Netzwerkprobleme"_s);
+    mySample->openPage(u"Netzwerkprobleme"_s);
     part<QSpinBox>(u"codeBox"_s).setValue(3503);
     part<QPushButton>(u"codeButton"_s).click();
     QCOMPARE(shown(u"outcomeHeadline"_s),
@@ -260,7 +273,7 @@ void tst_sample_window::textOfACodeIsLookedUp()
 
 void tst_sample_window::problemBringsItsDialog()
 {
-    openPage(u"Netzwerkprobleme"_s);
+    mySample->openPage(u"Netzwerkprobleme"_s);
     const VXDialogVisitor visitor([](QDialog* theDialog) { theDialog->reject(); });
     part<QListWidget>(u"problemList"_s).setCurrentRow(0); // no connection
     part<QPushButton>(u"causeButton"_s).click();
@@ -269,7 +282,7 @@ void tst_sample_window::problemBringsItsDialog()
 
 void tst_sample_window::sessionIsOpenedRenewedAndClosed()
 {
-    openPage(u"Anmeldung"_s);
+    mySample->openPage(u"Anmeldung"_s);
     QCOMPARE(shown(u"sessionState"_s), u"Sitzung: keine"_s);
     QVERIFY(!part<QPushButton>(u"renewButton"_s).isEnabled());
     part<QLineEdit>(u"passwordEdit"_s).setText(u"demo"_s);
@@ -284,7 +297,7 @@ void tst_sample_window::sessionIsOpenedRenewedAndClosed()
 
 void tst_sample_window::refusedLoginIsExplained()
 {
-    openPage(u"Anmeldung"_s);
+    mySample->openPage(u"Anmeldung"_s);
     const VXDialogVisitor visitor([](QDialog* theDialog) { theDialog->accept(); });
     part<QLineEdit>(u"passwordEdit"_s).setText(u"wrong"_s);
     part<QPushButton>(u"loginButton"_s).click();
@@ -297,8 +310,8 @@ void tst_sample_window::emptyPagesSayHowToBegin()
 {
     QCOMPARE(part<QPlainTextEdit>(u"outcomeBody"_s).placeholderText(), u"Noch nichts gesendet."_s);
     QCOMPARE(part<QPlainTextEdit>(u"requestView"_s).placeholderText(), u"Noch keine Anfrage."_s);
-    openPage(u"Fotos vom Telefon"_s);
-    QVERIFY(!myWindow->findChild<QListWidget*>(u"photoList"_s)->isVisible());
+    mySample->openPage(u"Fotos vom Telefon"_s);
+    QVERIFY(!mySample->window().findChild<QListWidget*>(u"photoList"_s)->isVisible());
 }
 
 void tst_sample_window::closingEndsTheExchange()
@@ -308,7 +321,7 @@ void tst_sample_window::closingEndsTheExchange()
     QTimer user;
     connect(&user, &QTimer::timeout, &cancel, [this, &cancel] {
         if (cancel.isVisible())
-            myWindow->close();
+            mySample->window().close();
     });
     user.start(20);
     QElapsedTimer clock;
@@ -324,11 +337,265 @@ void tst_sample_window::otherLanguageNeedsARestart()
         question = qobject_cast<QMessageBox*>(theDialog)->text();
         theDialog->reject();
     });
-    auto* const german = myWindow->findChild<QAction*>(u"language-de"_s);
-    auto* const english = myWindow->findChild<QAction*>(u"language-en"_s);
+    auto* const german = mySample->window().findChild<QAction*>(u"language-de"_s);
+    auto* const english = mySample->window().findChild<QAction*>(u"language-en"_s);
     (english->isChecked() ? german : english)->trigger();
     QCOMPARE(visitor.count(), 1);
     QCOMPARE(question, u"Die Sprache wechselt mit einem Neustart. Jetzt neu starten?"_s);
+}
+
+/// Plays the user's browser: sends the login form of the address that was to be opened, and follows
+/// the provider back to this computer.
+void tst_sample_window::logInAsBrowser(const QUrl& theLoginPage)
+{
+    const QUrlQuery asked(theLoginPage);
+    QUrlQuery form;
+    form.addQueryItem(u"username"_s, u"demo"_s);
+    form.addQueryItem(u"password"_s, u"demo"_s);
+    for (const QString& name : {u"redirect_uri"_s, u"state"_s, u"code_challenge"_s})
+        form.addQueryItem(name, asked.queryItemValue(name, QUrl::FullyEncoded));
+    QNetworkRequest request(theLoginPage.adjusted(QUrl::RemoveQuery));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/x-www-form-urlencoded"_s);
+    QNetworkReply* const reply =
+        myBrowser.post(request, form.toString(QUrl::FullyEncoded).toLatin1());
+    connect(reply, &QNetworkReply::finished, reply, &QObject::deleteLater);
+}
+
+void tst_sample_window::loginOnThePageOfTheProviderIsConfirmed()
+{
+    mySample->openPage(u"Anmeldung"_s);
+    const VXDialogVisitor visitor([](QDialog* theDialog) {
+        auto* const view = theDialog->findChild<QWebEngineView*>();
+        connect(view, &QWebEngineView::loadFinished, theDialog, [view] {
+            view->page()->runJavaScript(u"const form = document.getElementById('login');"
+                                        "if (form) { form.username.value = 'demo';"
+                                        "form.password.value = 'demo'; form.requestSubmit(); }"_s);
+        });
+    });
+    click(u"embeddedButton"_s);
+    QCOMPARE(visitor.count(), 1);
+    QCOMPARE(shown(u"outcomeHeadline"_s), u"Der Anbieter hat die Anmeldung bestätigt."_s);
+    QVERIFY(part<QPlainTextEdit>(u"outcomeBody"_s).toPlainText().contains(u"\"accepted\": true"_s));
+    QVERIFY(!part<QPlainTextEdit>(u"outcomeBody"_s).toPlainText().contains(u"access-0"_s));
+}
+
+void tst_sample_window::loginOnThePageMayBeGivenUp()
+{
+    mySample->openPage(u"Anmeldung"_s);
+    const VXDialogVisitor visitor([](QDialog* theDialog) {
+        QTest::mouseClick(theDialog->findChild<QPushButton*>(), Qt::LeftButton);
+    });
+    click(u"embeddedButton"_s);
+    QCOMPARE(visitor.count(), 1);
+    QCOMPARE(shown(u"outcomeHeadline"_s), u"Die Anmeldung wurde nicht abgeschlossen."_s);
+}
+
+void tst_sample_window::loginInTheBrowserIsConfirmed()
+{
+    mySample->openPage(u"Anmeldung"_s);
+    const VXOpenedUrls desktop({u"http"_s});
+    connect(&desktop, &VXOpenedUrls::opening, this, &tst_sample_window::logInAsBrowser);
+    click(u"externalButton"_s);
+    QCOMPARE(desktop.urls().size(), 1);
+    QCOMPARE(desktop.urls().at(0).path(), u"/oauth2/authorize"_s);
+    QCOMPARE(shown(u"outcomeHeadline"_s), u"Der Anbieter hat die Anmeldung bestätigt."_s);
+    QVERIFY(part<QPlainTextEdit>(u"outcomeBody"_s).toPlainText().contains(u"\"accepted\": true"_s));
+}
+
+void tst_sample_window::loginInTheBrowserMayBeGivenUp()
+{
+    mySample->openPage(u"Anmeldung"_s);
+    const VXOpenedUrls desktop({u"http"_s});
+    const VXDialogVisitor visitor([](QDialog* theDialog) {
+        QTest::mouseClick(theDialog->findChild<QPushButton*>(), Qt::LeftButton);
+    });
+    click(u"externalButton"_s);
+    QCOMPARE(visitor.count(), 1);
+    QCOMPARE(desktop.urls().size(), 1);
+    QCOMPARE(shown(u"outcomeHeadline"_s), u"Die Anmeldung wurde nicht abgeschlossen."_s);
+}
+
+void tst_sample_window::loginWithoutItsPortIsExplained()
+{
+    QTcpServer other; // the ordered port, in this test's own network
+    QVERIFY(other.listen(QHostAddress::Any, 1031));
+    mySample->openPage(u"Anmeldung"_s);
+    click(u"externalButton"_s);
+    QCOMPARE(shown(u"outcomeHeadline"_s), u"Die Anmeldung konnte nicht beginnen. Der Port 1031 ist "
+                                          "belegt, oder der eingebaute Dienst fehlt."_s);
+}
+
+void tst_sample_window::crashOfThePageIsToldAndReloaded()
+{
+    mySample->openPage(u"Webinhalte"_s);
+    auto* const view = mySample->window().findChild<QWebEngineView*>();
+    QVERIFY(QSignalSpy(view, &QWebEngineView::loadFinished).wait(20'000));
+    const auto& notice = part<QFrame>(u"crashNotice"_s);
+    QVERIFY(!notice.isVisible());
+    QVERIFY(view->page()->renderProcessPid() > 0);
+
+    QCOMPARE(::kill(static_cast<pid_t>(view->page()->renderProcessPid()), SIGKILL), 0);
+    QTRY_VERIFY(notice.isVisible());
+    QCOMPARE(shown(u"crashText"_s),
+             u"Die Webansicht ist abgestürzt. Laden Sie die Seite neu. Hilft "
+             "das nicht, starten Sie das Programm neu."_s);
+
+    QSignalSpy finished(view, &QWebEngineView::loadFinished);
+    click(u"reloadButton"_s);
+    QVERIFY(finished.wait(20'000));
+    QCOMPARE(finished.at(0).at(0).toBool(), true);
+    QVERIFY(!notice.isVisible());
+}
+
+void tst_sample_window::menuBringsEachProblem_data()
+{
+    QTest::addColumn<QStringList>("titles");
+
+    const QString error = u"Ein Fehler ist aufgetreten (0.1.0)"_s;
+    const QString hint = u"Hinweis"_s;
+    QTest::newRow("connection") << QStringList{error};
+    QTest::newRow("remote-system") << QStringList{error};
+    QTest::newRow("auto-recover") << QStringList{u"Einen Moment bitte"_s};
+    QTest::newRow("unspecific") << QStringList{error};
+    QTest::newRow("user-input") << QStringList{error};
+    QTest::newRow("payment") << QStringList{error};
+    QTest::newRow("login-refused") << QStringList{error};
+    QTest::newRow("login-wait") << QStringList{error};
+    QTest::newRow("tls-question") << QStringList{u"SSL Fehler"_s};
+    QTest::newRow("tls-warning") << QStringList{u"SSL Fehler"_s, u"SSL Fehler"_s};
+    QTest::newRow("server-login") << QStringList{u"Anmeldung erforderlich"_s};
+    QTest::newRow("proxy-login") << QStringList{u"Anmeldung erforderlich"_s};
+    QTest::newRow("up-to-date") << QStringList{u"Fertig"_s};
+    QTest::newRow("update-failed") << QStringList{u"Achtung"_s};
+    QTest::newRow("update-ready") << QStringList{
+        u"Aktualisierung wurde erfolgreich heruntergeladen."_s};
+    QTest::newRow("phase-out") << QStringList{u"Diese Software wird nicht mehr unterstützt."_s};
+    QTest::newRow("prices-updated") << QStringList{hint};
+    QTest::newRow("prices-failed") << QStringList{hint};
+    QTest::newRow("restart") << QStringList{u"Die Software muss neu gestartet werden. "_s};
+}
+
+void tst_sample_window::menuBringsEachProblem()
+{
+    QFETCH(QStringList, titles);
+    QCOMPARE(titlesAfterChoosing(QString::fromLatin1(QTest::currentDataTag())), titles);
+}
+
+void tst_sample_window::everyProblemHasATestOfItsEntry()
+{
+    // The rows above; a new problem has to get one.
+    QCOMPARE(mySample->window().findChild<QMenu*>(u"problemMenu"_s)->actions().size(), 19);
+}
+
+void tst_sample_window::menuOpensTheNetworkSettings()
+{
+    QCOMPARE(titlesAfterChoosing(u"networkPreferences"_s), QStringList{u"Netzwerkeinstellungen"_s});
+}
+
+void tst_sample_window::shortcutOpensTheNetworkSettings()
+{
+    const VXDialogVisitor visitor([](QDialog* theDialog) { theDialog->reject(); });
+    QTest::keyClick(&mySample->window(), Qt::Key_Comma, Qt::ControlModifier);
+    QCOMPARE(visitor.count(), 1);
+}
+
+void tst_sample_window::menuLogsInOnAPage()
+{
+    QCOMPARE(titlesAfterChoosing(u"loginEmbedded"_s).size(), 1);
+}
+
+void tst_sample_window::menuLogsInInTheBrowser()
+{
+    const VXOpenedUrls desktop({u"http"_s});
+    QCOMPARE(titlesAfterChoosing(u"loginExternal"_s), QStringList{u"VX Simulator"_s});
+    QCOMPARE(desktop.urls().size(), 1);
+}
+
+void tst_sample_window::menuAnnouncesAnUpdate_data()
+{
+    QTest::addColumn<bool>("hasLater");
+
+    QTest::newRow("update") << true;
+    QTest::newRow("updateMandatory") << false;
+}
+
+void tst_sample_window::menuAnnouncesAnUpdate()
+{
+    QFETCH(bool, hasLater);
+    bool isLaterSeen = false;
+    const VXDialogVisitor visitor([&isLaterSeen](QDialog* theDialog) {
+        const auto buttons = theDialog->findChildren<QPushButton*>();
+        isLaterSeen = std::ranges::any_of(buttons, [](const QPushButton* theButton) {
+            return theButton->isVisible() && theButton->text() == u"Später erinnern"_s;
+        });
+        theDialog->reject();
+    });
+    QVERIFY(mySample->chooseFromMenu(QString::fromLatin1(QTest::currentDataTag())));
+    QCOMPARE(visitor.count(), 1);
+    QCOMPARE(isLaterSeen, hasLater);
+}
+
+void tst_sample_window::menuReceivesPhotos()
+{
+    QStringList shownDialogs;
+    const VXDialogVisitor visitor([&shownDialogs](QDialog* theDialog) {
+        shownDialogs << theDialog->windowTitle();
+        theDialog->close();
+    });
+    QVERIFY(mySample->chooseFromMenu(u"receivePhotos"_s));
+    QTRY_COMPARE(shownDialogs.size(), 1);
+    QVERIFY(part<QPushButton>(u"receiveButton"_s).isVisible());
+}
+
+void tst_sample_window::menuChangesTheSkin()
+{
+    const VXCSSSkinManager& skins = *VXCSSSkinManager::instance();
+    QVERIFY(mySample->chooseFromMenu(u"skin-dark"_s));
+    QCOMPARE(skins.currentMode(), VXCSSSkinManager::Dark);
+    QVERIFY(mySample->window().palette().color(QPalette::Window).lightness() < 128);
+    QVERIFY(mySample->window().findChild<QAction*>(u"skin-dark"_s)->isChecked());
+    QVERIFY(mySample->chooseFromMenu(u"skin-light"_s));
+    QCOMPARE(skins.currentMode(), VXCSSSkinManager::Light);
+    QVERIFY(mySample->window().palette().color(QPalette::Window).lightness() > 128);
+}
+
+void tst_sample_window::menuAsksBeforeItChangesTheLanguage()
+{
+    const bool isEnglish = mySample->window().findChild<QAction*>(u"language-en"_s)->isChecked();
+    const QString other = isEnglish ? u"language-de"_s : u"language-en"_s;
+    QCOMPARE(titlesAfterChoosing(other), QStringList{u"Sprache"_s});
+    // The one that is chosen already changes nothing.
+    QCOMPARE(titlesAfterChoosing(isEnglish ? u"language-en"_s : u"language-de"_s), QStringList());
+}
+
+void tst_sample_window::menuTellsAboutTheProgram()
+{
+    QCOMPARE(titlesAfterChoosing(u"about"_s), QStringList{u"Über dieses Programm"_s});
+}
+
+void tst_sample_window::menuEndsTheProgram()
+{
+    QVERIFY(mySample->chooseFromMenu(u"quit"_s));
+    QVERIFY(!mySample->window().isVisible());
+}
+
+void tst_sample_window::shortcutEndsTheProgram()
+{
+    QTest::keyClick(&mySample->window(), Qt::Key_Q, Qt::ControlModifier);
+    QVERIFY(!mySample->window().isVisible());
+}
+
+void tst_sample_window::noEntryOfTheMenusIsWithoutATest()
+{
+    QStringList names;
+    for (const QAction* action : mySample->window().menuBar()->findChildren<QAction*>())
+        if (!action->menu() && !action->isSeparator())
+            names << action->objectName();
+    const QStringList problems =
+        names.filter(QRegularExpression(u"^(?!quit|about|receive|login(Em|Ex)|update(Ma|$)|network|"
+                                        "skin|language)"_s));
+    QCOMPARE(problems.size(), 19); // menuBringsEachProblem()
+    QCOMPARE(names.size() - problems.size(), 12);
 }
 
 VX_TEST_MAIN(QApplication, tst_sample_window)

@@ -110,13 +110,13 @@ void tst_tour::everyRowIsWhatTheSimulatorRecorded()
 
     QVERIFY2(run.exitCode() == 0, qPrintable(run.standardError()));
     QVERIFY(run.isJson());
-    QCOMPARE(run.result(), (QJsonObject{{u"steps"_s, 80}, {u"failed"_s, 0}}));
-    QCOMPARE(run.events(u"step"_s).size(), 80);
+    QCOMPARE(run.result(), (QJsonObject{{u"steps"_s, 85}, {u"failed"_s, 0}}));
+    QCOMPARE(run.events(u"step"_s).size(), 85);
 
     const QJsonObject tourJson =
         QJsonDocument::fromJson(content(folder.filePath(u"tour.json"_s))).object();
-    QCOMPARE(tourJson.value(u"steps"_s).toInt(), 80);
-    QCOMPARE(tourJson.value(u"rows"_s).toArray().size(), 80);
+    QCOMPARE(tourJson.value(u"steps"_s).toInt(), 85);
+    QCOMPARE(tourJson.value(u"rows"_s).toArray().size(), 85);
     QVERIFY(content(folder.filePath(u"tour.log"_s)).contains("TOV NETREQUEST OFFBYMS:"));
     QVERIFY(content(folder.filePath(u"index.html"_s))
                 .contains("Der Gutscheincode ist nicht g\xC3\xBCltig."));
