@@ -1116,14 +1116,6 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
         <translation>Log &amp;out</translation>
     </message>
     <message>
-        <source>Auf der Seite des Anbieters ...</source>
-        <translation>On the provider&apos;s page...</translation>
-    </message>
-    <message>
-        <source>Im eigenen Browser ...</source>
-        <translation>In your own browser...</translation>
-    </message>
-    <message>
         <source>Angemeldet als %1.</source>
         <translation>Logged in as %1.</translation>
     </message>
@@ -1163,6 +1155,18 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
         <source>Sitzung: %1</source>
         <translation>Session: %1</translation>
     </message>
+    <message>
+        <source>Auf der &amp;Seite des Anbieters ...</source>
+        <translation>On the provider&apos;s pa&amp;ge...</translation>
+    </message>
+    <message>
+        <source>&amp;Im eigenen Browser ...</source>
+        <translation>In your own &amp;browser...</translation>
+    </message>
+    <message>
+        <source>Die Anmeldung konnte nicht beginnen. Der Port 1031 ist belegt, oder der eingebaute Dienst fehlt.</source>
+        <translation>The login could not begin. Port 1031 is in use, or the built-in service is missing.</translation>
+    </message>
 </context>
 <context>
     <name>VXSampleMainWindow</name>
@@ -1177,18 +1181,6 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     <message>
         <source>&amp;Anmeldung und Aktualisierung</source>
         <translation>&amp;Login and updates</translation>
-    </message>
-    <message>
-        <source>Anmelden in einer Seite...</source>
-        <translation>Log in on a page...</translation>
-    </message>
-    <message>
-        <source>Aktualisierung...</source>
-        <translation>Update...</translation>
-    </message>
-    <message>
-        <source>Notwendige Aktualisierung...</source>
-        <translation>Mandatory update...</translation>
     </message>
     <message>
         <source>Was die Bibliothek kann</source>
@@ -1245,6 +1237,26 @@ Das Beispielprogramm der Netzwerkbibliothek VXNetworking. Es spricht nur mit dem
         <translation>%1 %2
 
 The sample program of the networking library VXNetworking. It talks only to the built-in service on this computer, unless you enter another address.</translation>
+    </message>
+    <message>
+        <source>&amp;Fotos vom Telefon empfangen ...</source>
+        <translation>Receive &amp;photos from a phone...</translation>
+    </message>
+    <message>
+        <source>Anmelden auf der &amp;Seite des Anbieters ...</source>
+        <translation>Log in on the &amp;provider&apos;s page...</translation>
+    </message>
+    <message>
+        <source>Anmelden im eigenen &amp;Browser ...</source>
+        <translation>Log in in your own &amp;browser...</translation>
+    </message>
+    <message>
+        <source>&amp;Aktualisierung ...</source>
+        <translation>&amp;Update...</translation>
+    </message>
+    <message>
+        <source>&amp;Notwendige Aktualisierung ...</source>
+        <translation>&amp;Mandatory update...</translation>
     </message>
 </context>
 <context>
@@ -1582,6 +1594,14 @@ The sample program of the networking library VXNetworking. It talks only to the 
     <message>
         <source>Ergebnis: %1</source>
         <translation>Result: %1</translation>
+    </message>
+    <message>
+        <source>Die Webansicht ist abgestürzt. Laden Sie die Seite neu. Hilft das nicht, starten Sie das Programm neu.</source>
+        <translation>The web view has crashed. Reload the page. If that does not help, restart the program.</translation>
+    </message>
+    <message>
+        <source>Neu la&amp;den</source>
+        <translation>Rel&amp;oad</translation>
     </message>
 </context>
 <context>
