@@ -6,6 +6,9 @@
 # The label webengine means that it starts the web engine; sanitizer builds leave it out.
 # With PHONES it runs in a network namespace of its own with that many others in reach, see
 # script/in-namespace.
+#
+# Most tests wait, so ctest runs more of them at a time than there are processors (the presets);
+# one with the web engine counts as two. Who may take long begins first.
 function(vx_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT;PHONES" "SOURCES;LINK;LABELS")
     # The engine's own processes and allocators are not for sanitizers.
@@ -29,8 +32,14 @@ function(vx_add_test name)
             $<TARGET_FILE:${name}>)
     endif()
     add_test(NAME ${name} COMMAND ${command})
+    set(processors 1)
+    if("webengine" IN_LIST arg_LABELS)
+        set(processors 2)
+    endif()
     set_tests_properties(${name} PROPERTIES
         LABELS "${arg_LABELS}"
         TIMEOUT ${arg_TIMEOUT}
+        COST ${arg_TIMEOUT}
+        PROCESSORS ${processors}
         ENVIRONMENT "LC_ALL=C.UTF-8")
 endfunction()
