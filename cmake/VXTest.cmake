@@ -24,6 +24,7 @@ function(vx_add_test name)
 
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE vx_compiler vx_test_support Qt6::Test ${arg_LINK})
+    vx_use_precompiled_headers(${name})
     set_target_properties(${name} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
     set(command ${name})
