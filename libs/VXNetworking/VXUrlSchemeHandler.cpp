@@ -45,7 +45,9 @@ void openOutside(const QUrl& theTarget)
     if (!isUsualTarget(theTarget))
         qWarning().noquote() << u"a page opens an address of the scheme \"%1\""_s.arg(
             theTarget.scheme().left(64));
-    QDesktopServices::openUrl(theTarget);
+    // The desktop's program would take it for one of its options.
+    if (!theTarget.toEncoded().startsWith('-'))
+        QDesktopServices::openUrl(theTarget);
 }
 
 // The picture that the application has rendered for its 3D page.

@@ -19,7 +19,8 @@ public:
 
     /// Carries out a command address; true if it was one. "tov://localhost/openUrl?url=..." opens
     /// the address in the query with the desktop's program for it, without asking. One warning
-    /// goes to the log when that is neither http nor https nor mailto.
+    /// goes to the log when that is neither http nor https nor mailto. What begins with "-" is no
+    /// address but an option of the program, and not opened.
     bool commandFilter(const QUrl& theUrl);
 
     /// The local file for the decoded path of a request; it need not exist.

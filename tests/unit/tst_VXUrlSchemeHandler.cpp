@@ -29,6 +29,8 @@ private Q_SLOTS:
     void usualTargetIsOpenedSilently();
     void otherTargetIsOpenedWithOneWarning();
     void missingTargetIsACommandAllTheSame();
+    void optionOfAProgramIsNotOpened_data();
+    void optionOfAProgramIsNotOpened();
     void startScreenComesFirst();
     void scenePageComesBeforeTheRenderedPicture();
     void renderedPictureNeedNotExist();
@@ -159,6 +161,27 @@ void tst_VXUrlSchemeHandler::missingTargetIsACommandAllTheSame()
 {
     const VXLogCapture log;
     QVERIFY(myHandler.commandFilter(QUrl(u"tov://localhost/openUrl"_s)));
+    QCOMPARE(log.texts(QtWarningMsg), QStringList{u"a page opens an address of the scheme \"\""_s});
+}
+
+void tst_VXUrlSchemeHandler::optionOfAProgramIsNotOpened_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<bool>("isOpened");
+
+    QTest::newRow("option") << u"--version"_s << false;
+    QTest::newRow("encoded twice") << u"%252D%252Dversion"_s << false;
+    QTest::newRow("path") << u"a-b"_s << true;
+}
+
+void tst_VXUrlSchemeHandler::optionOfAProgramIsNotOpened()
+{
+    QFETCH(QString, target);
+    QFETCH(bool, isOpened);
+    const VXOpenedUrls opened({QString()}); // what has no scheme
+    const VXLogCapture log;
+    QVERIFY(myHandler.commandFilter(QUrl(u"tov://localhost/openUrl?url="_s + target)));
+    QCOMPARE(!opened.urls().isEmpty(), isOpened);
     QCOMPARE(log.texts(QtWarningMsg), QStringList{u"a page opens an address of the scheme \"\""_s});
 }
 
