@@ -74,8 +74,12 @@ QVariant runWithEventLoop(VXWebView& theView, const QString& theScript)
         if (answer->loop)
             answer->loop->quit();
     });
-    if (!answer->isThere)
+    if (!answer->isThere) {
+        // In a slot that is called by an event, the engine's next one may be posted already; glib's
+        // dispatcher sleeps on it unless it is woken.
+        loop.wakeUp();
         loop.exec();
+    }
     return answer->value;
 }
 

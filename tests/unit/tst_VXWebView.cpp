@@ -153,6 +153,7 @@ private Q_SLOTS:
     void textsAreInjected();
     void pagesOfTheWebAreLeftAlone();
     void theStartScreenIsLeftAlone();
+    void injectionComesBehindTheSignal();
     void injectionIsACallersChoice();
     void aFailedLoadIsInjectedAsWell();
     void aClickedLinkIsOpenedOutsideOnce_data();
@@ -161,6 +162,8 @@ private Q_SLOTS:
     void theColourSchemeFollowsTheSkin();
     void aScriptIsWaitedForInTheViewsThread_data();
     void aScriptIsWaitedForInTheViewsThread();
+    void aScriptIsWaitedForInASlot_data();
+    void aScriptIsWaitedForInASlot();
     void aScriptIsWaitedForInOtherThreads();
     void aViewWithoutWidgetAnswersOtherThreads();
     void aViewThatDiesAnswersOtherThreads();
@@ -338,6 +341,19 @@ void tst_VXWebView::theStartScreenIsLeftAlone()
     QVERIFY(!page.isInjected());
 }
 
+void tst_VXWebView::injectionComesBehindTheSignal()
+{
+    InjectingPage page;
+    QString during;
+    connect(page.view.get(), &VXWebView::loadFinished, this, [&] {
+        page.view->runJavascriptAsync(
+            u"typeof anchors"_s, [&](const QVariant& theValue) { during = theValue.toString(); });
+    });
+    QVERIFY(page.loadHtml(pageWithLinks));
+    QTRY_COMPARE(during, u"undefined"_s); // whoever hears the signal comes first
+    QTRY_VERIFY(page.isInjected());
+}
+
 void tst_VXWebView::injectionIsACallersChoice()
 {
     VXWebTest::Page page;
@@ -426,6 +442,28 @@ void tst_VXWebView::aScriptIsWaitedForInTheViewsThread()
     VXWebTest::Page page;
     QVERIFY(page.load(pageWithLinks));
     QCOMPARE(page.view->runJavascriptSync(script), result);
+}
+
+void tst_VXWebView::aScriptIsWaitedForInASlot_data()
+{
+    QTest::addColumn<Qt::ConnectionType>("type");
+
+    QTest::newRow("directly") << Qt::DirectConnection;
+    QTest::newRow("behind the signal") << Qt::QueuedConnection;
+}
+
+/// The engine's events that were posted before the slot was called have to go on as well.
+void tst_VXWebView::aScriptIsWaitedForInASlot()
+{
+    QFETCH(Qt::ConnectionType, type);
+
+    VXWebTest::Page page;
+    QVariant title;
+    connect(
+        page.view.get(), &VXWebView::loadFinished, this,
+        [&] { title = page.view->runJavascriptSync(u"document.title"_s); }, type);
+    page.view->setHtml(pageWithLinks);
+    QTRY_COMPARE(title, QVariant(u"Links"_s));
 }
 
 void tst_VXWebView::aScriptIsWaitedForInOtherThreads()
