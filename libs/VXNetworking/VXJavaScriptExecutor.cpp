@@ -4,6 +4,7 @@
 
 #include <VXCore/VXPlatformIndependent.h>
 
+#include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QCoreApplication>
 
 #include <algorithm>
@@ -52,7 +53,7 @@ void VXJavaScriptExecutor::execute()
 
 void VXJavaScriptExecutor::start(const QString& theScript)
 {
-    myHasRepeatedScripts = myHasRepeatedScripts || myStartedScripts.contains(theScript);
+    myHasSpareAnswers = myHasSpareAnswers || myStartedScripts.contains(theScript);
     myStartedScripts.insert(theScript);
     myView->runJavaScript(theScript, myResults);
 }
@@ -60,6 +61,9 @@ void VXJavaScriptExecutor::start(const QString& theScript)
 void VXJavaScriptExecutor::waitForResults()
 {
     while (!myScripts.isEmpty()) {
+        // In a slot that is called by an event, the engine's next one may be posted already; glib's
+        // dispatcher overlooks it unless it is woken.
+        QAbstractEventDispatcher::instance()->wakeUp();
         QCoreApplication::processEvents();
         VXPlatformIndependent::instance()->sleep(pollMilliseconds);
         myScripts.removeIf(
@@ -69,6 +73,7 @@ void VXJavaScriptExecutor::waitForResults()
 
 void VXJavaScriptExecutor::resultCallback(const QString& theScript, QVariant theValue)
 {
+    myHasSpareAnswers = myHasSpareAnswers || myStartedScripts.contains(theScript);
     (*myResults)[theScript] = std::move(theValue);
 }
 
@@ -77,10 +82,11 @@ QVariant VXJavaScriptExecutor::result(const QString& theScript) const
     return myResults->value(theScript);
 }
 
-/// Of equal scripts the first answer ended the wait for all, so that others may still come.
+/// Of equal scripts the first answer ended the wait for all, and one given by hand the wait for the
+/// engine's: others may still come.
 bool VXJavaScriptExecutor::mayAnAnswerBeOut() const
 {
-    return myHasRepeatedScripts || std::ranges::any_of(myScripts, [this](const QString& theScript) {
+    return myHasSpareAnswers || std::ranges::any_of(myScripts, [this](const QString& theScript) {
                return myStartedScripts.contains(theScript);
            });
 }

@@ -37,7 +37,8 @@ public:
     /// The waiting of execute(). Looks for results every 50 milliseconds.
     void waitForResults();
 
-    /// Stores theValue as the result of theScript instead of an earlier one.
+    /// Stores theValue as the result of theScript instead of an earlier one. That ends the wait for
+    /// it, too, for instance in a page that is dead; the engine's own answer may still come.
     void resultCallback(const QString& theScript, QVariant theValue);
 
     /// Invalid for a script without a result, or one that was never run.
@@ -51,5 +52,5 @@ private:
     QHash<QString, QVariant>* myResults; // owned; the view writes into it
     QList<QString> myScripts;            // not yet answered
     QSet<QString> myStartedScripts;
-    bool myHasRepeatedScripts = false;
+    bool myHasSpareAnswers = false; // more may come than was waited for
 };

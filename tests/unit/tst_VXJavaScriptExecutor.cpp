@@ -8,6 +8,7 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QPointer>
+#include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtWebEngineWidgets/QWebEngineView>
 #include <QtWidgets/QApplication>
@@ -28,10 +29,14 @@ public:
     void sleep(int theMilliseconds) override
     {
         pauses << theMilliseconds;
-        VXPlatformIndependent::sleep(theMilliseconds);
+        if (isPlainSleep)
+            QThread::msleep(static_cast<unsigned long>(theMilliseconds));
+        else
+            VXPlatformIndependent::sleep(theMilliseconds);
     }
 
     QList<int> pauses;
+    bool isPlainSleep = false; // no events run meanwhile, as hosts may have it
 };
 
 /// Makes the page busy for that long.
@@ -105,10 +110,13 @@ private Q_SLOTS:
     void slowScriptIsWaitedFor();
     void eventsRunWhileWaiting();
     void secondExecutorWorksInTheMiddleOfTheWait();
+    void signalOfThePageMayExecute_data();
+    void signalOfThePageMayExecute();
     void batchMayGrowInTheMiddleOfTheWait();
     void resultsOfEarlierBatchesStay();
     void textOfAnEarlierBatchCountsAsAnswered();
     void answerAfterTheEndDoesNoHarm();
+    void answerAfterOneByHandDoesNoHarm();
     void executorMayGoWithAPendingBatch();
     void engineThatGoesAnswersEverything();
     void deadPageIsWaitedForForever();
@@ -130,6 +138,7 @@ void tst_VXJavaScriptExecutor::init()
     myPage = std::make_unique<VXWebTest::Page>();
     QVERIFY(myPage->load(u"<p>Text"_s));
     myPlatform->pauses.clear();
+    myPlatform->isPlainSleep = false;
 }
 
 void tst_VXJavaScriptExecutor::cleanup()
@@ -294,6 +303,30 @@ void tst_VXJavaScriptExecutor::secondExecutorWorksInTheMiddleOfTheWait()
     QCOMPARE(outer.result(busy(300) + u"'outer'"_s).toString(), u"outer"_s);
 }
 
+void tst_VXJavaScriptExecutor::signalOfThePageMayExecute_data()
+{
+    QTest::addColumn<Qt::ConnectionType>("type");
+
+    QTest::newRow("directly") << Qt::DirectConnection;
+    QTest::newRow("behind it") << Qt::QueuedConnection;
+}
+
+/// The engine's events that were posted before the slot was called have to go on as well.
+void tst_VXJavaScriptExecutor::signalOfThePageMayExecute()
+{
+    QFETCH(Qt::ConnectionType, type);
+    myPlatform->isPlainSleep = true;
+    VXJavaScriptExecutor executor(myPage->view.get());
+    executor.addScriptSource(u"document.title"_s);
+    executor.addScriptSource(u"6 * 7"_s);
+    connect(
+        myPage->view.get(), &VXWebView::loadFinished, myPage->window.get(),
+        [&executor] { executor.execute(); }, type);
+    myPage->view->setHtml(u"<title>page</title>"_s);
+    QTRY_COMPARE(executor.result(u"6 * 7"_s), QVariant(42));
+    QCOMPARE(executor.result(u"document.title"_s), QVariant(u"page"_s));
+}
+
 void tst_VXJavaScriptExecutor::batchMayGrowInTheMiddleOfTheWait()
 {
     auto executor = std::make_unique<VXJavaScriptExecutor>(myPage->view.get());
@@ -339,6 +372,19 @@ void tst_VXJavaScriptExecutor::answerAfterTheEndDoesNoHarm()
     executor->execute();
     executor.reset();                            // the second run still works
     QCOMPARE(valueOf(u"window.n"_s).toInt(), 2); // comes behind the second answer
+}
+
+/// Whoever loses patience gives the result himself; the engine's own may come after all.
+void tst_VXJavaScriptExecutor::answerAfterOneByHandDoesNoHarm()
+{
+    const QString script = busy(500) + u"window.n = 1"_s;
+    auto executor = std::make_unique<VXJavaScriptExecutor>(myPage->view.get());
+    executor->addScriptSource(script);
+    QTimer::singleShot(0, this, [&] { executor->resultCallback(script, u"by hand"_s); });
+    executor->execute();
+    QCOMPARE(executor->result(script).toString(), u"by hand"_s);
+    executor.reset();                            // the script still works
+    QCOMPARE(valueOf(u"window.n"_s).toInt(), 1); // comes behind its answer
 }
 
 void tst_VXJavaScriptExecutor::executorMayGoWithAPendingBatch()
