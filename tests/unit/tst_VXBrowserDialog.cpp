@@ -274,6 +274,8 @@ private Q_SLOTS:
     void fittingCanBeTakenBack();
     void aFailedLoadKeepsTheSize();
     void aFittingPageStaysWhereItIs();
+    void aDialogTooLargeForTheScreenIsFitted_data();
+    void aDialogTooLargeForTheScreenIsFitted();
 };
 
 void tst_VXBrowserDialog::initTestCase()
@@ -713,6 +715,7 @@ void tst_VXBrowserDialog::aFailedLoadKeepsTheSize()
     QVERIFY(!waitForLoad(dialog, [&] { dialog.setUrl(QUrl(u"file:///nowhere/at/all"_s)); }));
     QCOMPARE(dialog.size(), QSize(400, 300));
     QVERIFY(dialog.findChild<QProgressBar*>()->isHidden());
+    QVERIFY(!page(dialog)->testAttribute(Qt::WA_SetCursor));
     dialog.adjustSize(); // still armed
     QVERIFY(dialog.size() != QSize(400, 300));
 }
@@ -728,6 +731,37 @@ void tst_VXBrowserDialog::aFittingPageStaysWhereItIs()
     dialog.setAdjustSizeEnabled(true);
     dialog.adjustSize();
     QCOMPARE(dialog.geometry(), before);
+}
+
+void tst_VXBrowserDialog::aDialogTooLargeForTheScreenIsFitted_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("isFitted");
+
+    QTest::newRow("room for the task bar") << QSize(500, 720) << false;
+    QTest::newRow("one pixel less") << QSize(500, 721) << true;
+    QTest::newRow("as wide as the screen") << QSize(800, 400) << false;
+    QTest::newRow("one pixel wider") << QSize(801, 400) << true;
+}
+
+/// The page needs no other size, so that only the screen decides.
+void tst_VXBrowserDialog::aDialogTooLargeForTheScreenIsFitted()
+{
+    QFETCH(QSize, size);
+    QFETCH(bool, isFitted);
+
+    VXBrowserDialog dialog(nullptr, false, false);
+    QCOMPARE(dialog.screen()->availableGeometry(), QRect(0, 0, 800, 800));
+    dialog.setGeometry(QRect(QPoint(3, 4), size));
+    dialog.show();
+    QVERIFY(load(dialog, u"<body style='margin:0'>"_s));
+    QTRY_COMPARE(dialog.webView()->contentsSize().toSize(), page(dialog)->size());
+    QCOMPARE(dialog.size(), size);
+    dialog.setAdjustSizeEnabled(true);
+    dialog.adjustSize();
+    QCOMPARE(dialog.geometry() != QRect(QPoint(3, 4), size), isFitted);
+    QVERIFY(dialog.frameGeometry().width() <= 800 || !isFitted);
+    QVERIFY(dialog.frameGeometry().height() <= 720 || !isFitted);
 }
 
 VX_PROBE_TEST_MAIN(QApplication, tst_VXBrowserDialog, {u"fitSmallPage"_s, fitSmallPage},

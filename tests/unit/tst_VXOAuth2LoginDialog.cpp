@@ -168,6 +168,7 @@ private Q_SLOTS:
     void progressGoesWithThePage();
     void cancelledProgressRejects();
     void messageComesOnceAndTheDialogGoes();
+    void watchRestsWhileTheMessageIsOpen();
     void failedPageEndsTheWatch();
     void laterPagesAreNotWatched();
     void loadedPageIsNotWatched();
@@ -545,6 +546,32 @@ void tst_VXOAuth2LoginDialog::messageComesOnceAndTheDialogGoes()
     QCOMPARE(dialog.exec(), int{QDialog::Rejected});
     QCOMPARE(boxes, 1);
     QVERIFY2(sinceBox.elapsed() >= 235, QByteArray::number(sinceBox.elapsed()));
+}
+
+/// The time is up at a look that is not the timer's own: Qt fires no timer within itself, so only
+/// then the watch could open a second message.
+void tst_VXOAuth2LoginDialog::watchRestsWhileTheMessageIsOpen()
+{
+    Dialog dialog(myPeer.url(u"/silent"_s));
+    dialog.time = 0;
+    int boxes = 0;
+    qsizetype looksMeanwhile = -1;
+    const VXDialogVisitor user([&](QDialog* theDialog) {
+        if (theDialog == &dialog) {
+            dialog.time = 60000;
+            dialog.handleTimeout();
+            return;
+        }
+        ++boxes;
+        dialog.looks.clear();
+        QTimer::singleShot(1400, theDialog, [&, theDialog] { // more than two intervals
+            looksMeanwhile = dialog.looks.size();
+            theDialog->accept();
+        });
+    });
+    QCOMPARE(dialog.exec(), int{QDialog::Rejected});
+    QCOMPARE(boxes, 1);
+    QCOMPARE(looksMeanwhile, 0);
 }
 
 void tst_VXOAuth2LoginDialog::failedPageEndsTheWatch()

@@ -11,6 +11,7 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtTest/QSignalSpy>
+#include <QtWebEngineCore/QWebEngineLoadingInfo>
 #include <QtWebEngineCore/QWebEnginePage>
 #include <QtWidgets/QApplication>
 
@@ -22,11 +23,20 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int loadTime = 20000; // milliseconds
+constexpr int notFound = -6;    // the engine's number for a file that is not there
 
 // A page of the default profile, which has the handler.
 class Page : public QWebEnginePage
 {
 public:
+    Page()
+    {
+        connect(this, &QWebEnginePage::loadingChanged, this,
+                [this](const QWebEngineLoadingInfo& theInfo) { error = theInfo.errorCode(); });
+    }
+
+    int error = 0; // of the last load, the engine's number
+
     bool open(const QUrl& theUrl)
     {
         QSignalSpy finished(this, &QWebEnginePage::loadFinished);
@@ -90,6 +100,7 @@ private Q_SLOTS:
     void pathIsDecoded();
     void renderedPictureIsFound();
     void commandOpensAndIsNotFound();
+    void commandAsAPageIsNotFound();
     void commandCanBeAFileToo();
     void commandOfAWebPageWritesOneWarning();
     void commandOfOtherPagesIsSilent();
@@ -166,6 +177,7 @@ void tst_VXQWebEngineUrlSchemeHandler::missingFileIsNotFound()
 {
     Page page;
     QVERIFY(!page.open(tov(u"/missing.html"_s)));
+    QCOMPARE(page.error, notFound);
 }
 
 void tst_VXQWebEngineUrlSchemeHandler::folderIsNotFound()
@@ -173,7 +185,9 @@ void tst_VXQWebEngineUrlSchemeHandler::folderIsNotFound()
     QVERIFY(myFolders->write(u"start/html/folder/a.html"_s, "x"));
     Page page;
     QVERIFY(!page.open(tov(u"/folder"_s)));
+    QCOMPARE(page.error, notFound);
     QVERIFY(!page.open(tov(u"/"_s)));
+    QCOMPARE(page.error, notFound);
 }
 
 void tst_VXQWebEngineUrlSchemeHandler::pathIsDecoded()
@@ -202,6 +216,15 @@ void tst_VXQWebEngineUrlSchemeHandler::commandOpensAndIsNotFound()
     Page page;
     QVERIFY(page.show(imagePage(u"tov://localhost/openUrl?url=https%3A%2F%2Fh.example%2F"_s)));
     QTRY_COMPARE_WITH_TIMEOUT(page.title(), u"failed"_s, loadTime);
+    QCOMPARE(opened.urls(), QList<QUrl>{QUrl(u"https://h.example/"_s)});
+}
+
+void tst_VXQWebEngineUrlSchemeHandler::commandAsAPageIsNotFound()
+{
+    const VXOpenedUrls opened({u"https"_s});
+    Page page;
+    QVERIFY(!page.open(tov(u"/openUrl?url=https%3A%2F%2Fh.example%2F"_s)));
+    QCOMPARE(page.error, notFound);
     QCOMPARE(opened.urls(), QList<QUrl>{QUrl(u"https://h.example/"_s)});
 }
 
