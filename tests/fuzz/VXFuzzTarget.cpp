@@ -5,11 +5,21 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTemporaryDir>
 
+#include <array>
+#include <bit>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
 namespace {
+
+constexpr size_t kindCount = 64;
+constexpr size_t slotsPerKind = 128;
+
+using Outcomes = std::array<uint8_t, kindCount * slotsPerKind>;
+
+/// libFuzzer finds it by its section, clears it before each case and takes each byte for a branch.
+[[gnu::section("__libfuzzer_extra_counters"), gnu::used]] Outcomes outcomes{};
 
 void discard(QtMsgType, const QMessageLogContext&, const QString&) {}
 
@@ -80,6 +90,15 @@ void VXFuzzTarget::planted([[maybe_unused]] bool theIsReached)
     const volatile size_t behind = 8;
     buffer[behind] = 'x';
 #endif
+}
+
+void VXFuzzTarget::saw(const char* theKind, qint64 theValue)
+{
+    constexpr quint64 single = 32;
+    const auto value = static_cast<quint64>(theValue);
+    const size_t slot = value < single ? value : single + std::bit_width(value);
+    const size_t kind = qHash(QByteArrayView(theKind), 0) % kindCount;
+    outcomes[kind * slotsPerKind + slot] = 1;
 }
 
 QByteArray VXFuzzTarget::input(const uint8_t* theData, size_t theSize)

@@ -32,6 +32,11 @@ public:
     /// sanitizer watches.
     static void planted(bool theIsReached);
 
+    /// Tells the search what came back from Qt, which is not instrumented: a case whose outcome no
+    /// earlier one had is kept. theKind is a word of the target's; each value up to 31 counts by
+    /// itself, larger ones by their number of bits.
+    static void saw(const char* theKind, qint64 theValue);
+
     static QByteArray input(const uint8_t* theData, size_t theSize);
 };
 

@@ -6,6 +6,7 @@
 
 #include <VXCore/VXDeploymentConfig.h>
 
+#include <QtCore/QDateTime>
 #include <QtCore/QFile>
 
 using namespace Qt::StringLiterals;
@@ -39,11 +40,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     for (const QSslCertificate& certificate : read) {
         VXFuzzTarget::check(!certificate.isNull(), "no certificate is null");
         manager().printSslCertificate(certificate);
+        VXFuzzTarget::saw("subject", certificate.subjectInfoAttributes().size());
+        VXFuzzTarget::saw("serial", certificate.serialNumber().size());
+        VXFuzzTarget::saw("day", certificate.effectiveDate().isValid());
     }
     const QList<QSslCertificate> list = VXCertificateBundle::merged({}, read);
     VXFuzzTarget::check(VXCertificateBundle::merged(list, list) == list, "each stands once");
     VXFuzzTarget::check(manager().removeInvalidCertificates(list).size() <= list.size(),
                         "none is invented");
+    VXFuzzTarget::saw("read", read.size());
+    VXFuzzTarget::saw("once", list.size());
     VXFuzzTarget::planted(list.size() == 1 && content.size() > 900 && content.size() < 1500);
     return 0;
 }

@@ -25,6 +25,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     VXFuzzTarget::check(error.errorMessage().endsWith(u"<br>"), "every code has a text");
     error.raiseHttpError(number);
     VXFuzzTarget::check(error.isHttpError() == (number == 500), "one status has a text of its own");
+    VXFuzzTarget::saw("parsed", parseError.error);
+    VXFuzzTarget::saw("keys", answer.size());
+    VXFuzzTarget::saw("number", number);
     VXFuzzTarget::planted(number > 17 && number < 99);
     return 0;
 }

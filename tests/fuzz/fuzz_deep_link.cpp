@@ -15,6 +15,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     VXFuzzTarget::check(credentials.refreshToken().isEmpty(), "a link brings no refresh token");
     VXFuzzTarget::check(link.hasQuery() || !credentials.hasAuthOnceToken(),
                         "the token stands in the query");
+    VXFuzzTarget::saw("valid", link.isValid());
+    VXFuzzTarget::saw("scheme", link.scheme().size());
+    VXFuzzTarget::saw("host", link.host().size());
+    VXFuzzTarget::saw("user", credentials.username().size());
+    VXFuzzTarget::saw("token", credentials.authOnceToken().size());
     VXFuzzTarget::planted(credentials.hasUserName() && credentials.authOnceToken().size() > 5);
     const VXCredentials stripped = credentials.strippedForRefresh();
     VXFuzzTarget::check(!stripped.hasAuthOnceToken(), "a refresh needs no link");

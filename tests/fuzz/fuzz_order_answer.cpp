@@ -17,6 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     VXNetworkingError parsed;
     if (!VXDomReader::setContent(document, body, message, line, column))
         parsed.checkDomError(QString::fromUtf8(body), message, line, column);
+    VXFuzzTarget::saw("message", static_cast<qint64>(qHash(message, 0) % 32));
     if (parsed.errorOccurred()) {
         VXFuzzTarget::check(parsed.errorCode() == XmlParseError, "a broken answer is 5011");
         return 0;
@@ -33,7 +34,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     std::ignore = result.contentNode();
     std::ignore = result.serverTimeStamp();
     std::ignore = result.documentToString();
-    VXFuzzTarget::planted(error.waitTime() > 9 && !error.defectiveCouponCode().isEmpty() &&
-                          error.isCouponError());
+    VXFuzzTarget::saw("code", error.errorCode());
+    VXFuzzTarget::saw("wait", error.waitTime());
+    VXFuzzTarget::saw("coupon", error.defectiveCouponCode().size());
+    VXFuzzTarget::saw("text", error.errorText().size());
+    VXFuzzTarget::saw("content", result.contentNode().childNodes().size());
+    VXFuzzTarget::planted(error.waitTime() > 9 && !error.defectiveCouponCode().isEmpty());
     return 0;
 }

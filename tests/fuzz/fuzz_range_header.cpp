@@ -20,6 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     VXFuzzTarget::check(info.isPartial() || info.size() == 1, "no range has size 1");
     VXFuzzTarget::check(info.rangeResponse().endsWith(u'/' + QString::number(total)),
                         "the answer names the size");
+    VXFuzzTarget::saw("start", info.start());
+    VXFuzzTarget::saw("size", info.size());
     VXFuzzTarget::planted(info.start() > 1000 && info.size() < 0);
     return 0;
 }

@@ -93,6 +93,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     checkBelow(assets.startScreenHtmlPath(path, false), Root::StartScreen);
     checkBelow(assets.htmlPath(path), Root::Html);
     checkAnswer(path);
+    VXFuzzTarget::saw("asset", assets.qrUploadAsset(path).size());
+    VXFuzzTarget::saw("parts", path.count(u'/'));
     VXFuzzTarget::planted(assets.qrUploadAsset(path).endsWith(u"/a"_s));
     return 0;
 }

@@ -49,6 +49,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     VXFuzzTarget::check(session.accessToken() == object.value(u"access_token").toString(),
                         "the token is the server's");
     VXFuzzTarget::check(session.isOpen() == !session.accessToken().isEmpty(), "open with a token");
+    VXFuzzTarget::saw("keys", object.size());
+    VXFuzzTarget::saw("token", token.size());
+    VXFuzzTarget::saw("access", session.accessToken().size());
+    VXFuzzTarget::saw("refresh", session.refreshToken().size());
     VXFuzzTarget::planted(!token.isEmpty() && session.refreshToken().size() > 4);
     session.VXCloudSessionAbstract::close();
     return 0;

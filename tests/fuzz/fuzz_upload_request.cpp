@@ -35,6 +35,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     const QString folder = u"/photos"_s;
     const QString path = QDir::cleanPath(folder + u'/' + stored);
     VXFuzzTarget::check(path == folder + u'/' + stored, "a photo lies in its folder");
+    VXFuzzTarget::saw("headers", headers.size());
+    VXFuzzTarget::saw("name", name.size());
+    VXFuzzTarget::saw("stored", stored.size());
     VXFuzzTarget::planted(!token.isEmpty() && query != token && stored.size() > 20);
     return 0;
 }

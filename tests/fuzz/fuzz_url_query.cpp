@@ -28,6 +28,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     }
     const VXHttpParameter parameters = VXHttpParameter::createFromUrlQuery(query);
     VXFuzzTarget::check(parameters.keys().size() <= list.size(), "one value for each name");
+    VXFuzzTarget::saw("items", list.size());
+    VXFuzzTarget::saw("built", built.queryItems().size());
+    VXFuzzTarget::saw("names", parameters.keys().size());
     VXFuzzTarget::planted(list.size() == 3 && parameters.keys().size() == 2);
     return 0;
 }
