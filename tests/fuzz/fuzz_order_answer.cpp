@@ -39,6 +39,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* theData, size_t theSize)
     VXFuzzTarget::saw("coupon", error.defectiveCouponCode().size());
     VXFuzzTarget::saw("text", error.errorText().size());
     VXFuzzTarget::saw("content", result.contentNode().childNodes().size());
-    VXFuzzTarget::planted(error.waitTime() > 9 && !error.defectiveCouponCode().isEmpty());
+    VXFuzzTarget::planted(error.errorCode() > 7 && error.errorCode() < 70);
     return 0;
 }

@@ -42,7 +42,6 @@ void readCipher(const QString& theText)
                         "the old form has one spelling");
     VXFuzzTarget::saw("plain", plain.size());
     VXFuzzTarget::saw("old", old.size());
-    VXFuzzTarget::planted(old.size() > 4);
 }
 
 /// A password on its way into the settings and back.
@@ -66,6 +65,7 @@ void readProxy(const QString& theText)
     VXFuzzTarget::saw("proxy password", proxy->password().size());
     const std::optional<QNetworkProxy> again = Codec::decode(Codec::encode(*proxy));
     VXFuzzTarget::check(again && *again == *proxy, "a proxy comes back");
+    VXFuzzTarget::planted(proxy->type() != QNetworkProxy::HttpProxy);
 }
 
 /// Writes a settings file as somebody may have edited it. Always the same one, since Qt keeps what
