@@ -46,7 +46,7 @@ public:
 
     /// The full path of a file of the start screen, also when it is missing; for a path that leads
     /// out of the folder, and for a folder, that of a file that cannot exist. With theIsDownloaded
-    /// a copy that the user has downloaded wins over the shipped one.
+    /// a copy in "startscreen/html" of the user's data folder of the application wins.
     [[nodiscard]] virtual QString startScreenHtmlPath(const QString& thePath,
                                                       bool theIsDownloaded) const;
 

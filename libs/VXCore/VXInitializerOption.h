@@ -3,6 +3,6 @@
 /// How the program starts; handed to the initialisers as it is.
 enum class VXInitializerOption
 {
-    Normal = 0,
+    Normal = 0,   ///< With windows.
     Headless = 1, ///< Without windows.
 };

@@ -24,6 +24,6 @@ public:
     /// The partner's name; may be empty.
     [[nodiscard]] QString name() const;
 
-    /// The file of the partner's picture; may be empty.
+    /// The file of the partner's picture, for the host; may be empty.
     [[nodiscard]] QString logoFile() const;
 };

@@ -33,19 +33,19 @@ public:
     /// True: HTTP/2 may be used over TLS. It knows no "Connection" header.
     [[nodiscard]] virtual bool allowsHttp2() const;
 
-    /// A part of the names of the map-tile hosts; empty: there are none.
+    /// A part of the names of map-tile hosts, whose queries are decoded once more; empty: none.
     [[nodiscard]] virtual QString mapTileHostFragment() const;
 
-    /// A part of the names of the analytics hosts; empty: there are none.
+    /// A part of the names of the analytics hosts, noted in the log only; empty: there are none.
     [[nodiscard]] virtual QString analyticsHostFragment() const;
 
-    /// The address of the download server; empty when there is none.
+    /// The address of the download server, for the host's own use; empty when there is none.
     [[nodiscard]] virtual QUrl downloadServerUrl() const;
 
-    /// Called with a file after it was written and closed. Does nothing here.
+    /// Called, in its thread, with a file after a result was written into it. Does nothing here.
     virtual void fileWritten(const QFileInfo& theFile);
 
-    /// Called with the target after writing it failed. Does nothing here.
+    /// Called, in its thread, with the target after writing a download failed. Does nothing here.
     virtual void fileWriteFailed(const QFileInfo& theFile);
 
     /// Shows the address in the user's browser, or hands it, percent-encoded, to the program that

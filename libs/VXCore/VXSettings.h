@@ -15,8 +15,8 @@
 /// a VXSettingsLock meanwhile. The application's own view is
 /// VXSingleton<VXSettings>::instance().
 ///
-/// Calls with theIsMachineWide concern a second store that all users of the machine share; usually
-/// only its administrator may write there.
+/// Calls with theIsMachineWide concern a second store that all users of the machine share, below
+/// /etc/xdg; usually only its administrator may write there.
 ///
 /// Thread-safe, apart from what subclasses add. A key is "name" or "group/name".
 class VXCORE_EXPORT VXSettings : public QObject

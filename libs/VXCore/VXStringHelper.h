@@ -12,8 +12,8 @@ public:
 
     /// The text with "***" in place of the values of these names: password, pwd, client_secret,
     /// refresh_token, access_token, id_token, token, code, code_verifier, Authorization, and those
-    /// that the deployment adds
-    /// ("Log/maskedNames"). Upper and lower case are the same.
+    /// that the deployment adds ("Log/maskedNames"). Upper and lower case are the same; a name that
+    /// ends in one of these behind a hyphen or a dot counts, too ("Proxy-Authorization").
     ///
     /// Knows the forms name=value (up to "&", a quotation mark, "<" or the end of the line),
     /// name="value", "name":"value", `<name>value</name>` and the header line

@@ -65,13 +65,13 @@ public:
     static VXHttpOperation create(const QUrl& theUrl,
                                   QNetworkAccessManager::Operation theOperation);
 
-    /// Adds a header or replaces the one of exactly this name.
+    /// Adds a header or replaces that of this very name. With CR, LF or NUL in it it is not sent.
     void setHeader(const QString& theName, const QString& theValue);
     /// Replaces every header that was set before.
     void setHeader(const VXHttpParameter& theHeaders);
     /// The complete value of "Authorization", for example a scheme and a token (RFC 9110, 11.6.2).
     void setAuthorization(const QString& theValue);
-    /// Seconds, 120 by default; 0 aborts at once, negative = no limit.
+    /// Seconds for the whole exchange, 120 by default; 0 aborts at once, negative = no limit.
     void setTimeout(int theSeconds);
     /// theSlot is a SLOT() with (qint64,qint64). It is called, queued, with the upload progress of
     /// PUT and POST and with the download progress of the others.
@@ -84,8 +84,8 @@ public:
     QByteArray exec();
     /// exec(); true when no error occurred.
     bool send();
-    /// The sending half of exec(): blocks until the reply has finished. The caller owns it; null
-    /// when the operation cannot be sent that way.
+    /// The sending half of exec(), which leaves errorStatus() alone: blocks until the reply has
+    /// finished. The caller owns it; null when the operation cannot be sent that way.
     QNetworkReply* sendPayload();
 
     /// The same for a multipart body, which the reply takes over; null without one.
@@ -119,8 +119,8 @@ public:
     QJsonObject receiveJsonObjectWithErrorBody();
     /// Null when an error occurred.
     QDomDocument receiveXml();
-    /// Writes the body to the file; true when every byte of a body that is not empty arrived there.
-    /// A failure to write is reported as VXNetworkingError::checkFileError() finds it.
+    /// Replaces the file as a whole or leaves it alone; true when a body that is not empty arrived
+    /// there. A failure to write is reported as VXNetworkingError::checkFileError() finds it.
     bool downloadToFile(const QFileInfo& theFile);
     /// A file that holds the body, closed, the caller's; it vanishes with the object. Null when an
     /// error occurred.
@@ -134,11 +134,11 @@ public:
     bool createMultiPart(const QByteArray& theData, const QString& theName,
                          const QString& theFileName, const QString& theMimeType,
                          const VXHttpParameter& theFields);
-    /// The same with a file on disk, which is read while it is sent. False when it cannot be read.
+    /// With a file, read while it is sent. False when it cannot be: exec() sends the payload then.
     bool createMultiPart(const VXUploadFile& theFile, const VXHttpParameter& theFields);
 
 Q_SIGNALS:
-    /// Emit it, from any thread, to abort the running request.
+    /// Emit it, from any thread, to abort the running request, which ends as code 3505.
     void abort();
 
 private:

@@ -120,7 +120,7 @@ public:
                                const QObject* theReceiver, const char* theSlot,
                                const QObject* theAborter, const VXHttpParameter& theHeaders);
 
-    /// Whether a wait holds the user's input back. Returns the previous value.
+    /// Whether waits hold the user's input back; at first they do not. Returns the previous value.
     bool blockUIEvents(bool theBlock);
 
     /// Every thread's manager drops its cookies the next time that its thread handles events.
@@ -161,7 +161,7 @@ public Q_SLOTS:
     /// Emits proxyAuthenticationRequired(), and waits for the answer.
     void handleProxyAuthenticationRequest(const QNetworkProxy& theProxy,
                                           QAuthenticator* theAuthenticator);
-    /// Ignores the errors of a host that the user has accepted in this run; asks otherwise.
+    /// Ignores those of a host that the user has accepted, or all without validation; else asks.
     void handleSslErrors(QNetworkReply* theReply, const QList<QSslError>& theErrors);
     /// Writes dates, serial number, fingerprints, issuer and subject as one info message.
     void printSslCertificate(const QSslCertificate& theCertificate) const;

@@ -15,13 +15,13 @@ public:
     VXNetworkingInitializer();
     ~VXNetworkingInitializer() override;
 
-    /// Decides whether the web engine may use the graphics processor, and prepares the engine;
-    /// a program without web content is left alone. After the application object and before the
-    /// first object of the web engine. Overwrites the environment variable
-    /// "QTWEBENGINE_CHROMIUM_FLAGS".
+    /// Decides whether the web engine may use the graphics processor, overwrites the environment
+    /// variable "QTWEBENGINE_CHROMIUM_FLAGS" accordingly, and prepares the engine; the last is left
+    /// out in a program without web content. theOption is not looked at. GUI thread, after the
+    /// application object and before the first object of the web engine.
     void setup(VXInitializerOption theOption) override;
 
-    /// Clears what the web engine stored.
+    /// Clears what the web engine stored. After the last web view is gone.
     void teardown() override;
 
     /// Adds "-y", "-Y", "--acceptallcertificates".

@@ -11,7 +11,8 @@ class QWebEngineDownloadRequest;
 class VXWebView;
 
 /// The page inside a web view: it brings the engine's questions to VXRequestNetwork, opens pop-up
-/// windows in browser dialogs and writes the page's console to the log.
+/// windows in browser dialogs, writes the page's console to the log and refuses downloads, with a
+/// warning.
 ///
 /// A page of the default profile, owned by the view's widget. GUI thread only.
 class VXNETWORKING_EXPORT VXQWebPage : public QWebEnginePage

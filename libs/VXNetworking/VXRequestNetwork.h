@@ -46,9 +46,9 @@ public:
     VXRequestNetwork();
     ~VXRequestNetwork() override;
 
-    /// Shows the dialog that fits theError's severity. theParent is used by the countdown of an
-    /// overloaded server only; the other dialogs belong to the active window. In any other thread
-    /// than the main thread nothing is shown and the answer is false.
+    /// Shows the dialog that fits theError's severity; NoError counts as a lost connection.
+    /// theParent is for an overloaded server's countdown, the others belong to the active window.
+    /// In any other thread than the main thread nothing is shown and the answer is false.
     [[nodiscard]] bool handleNetworkError(const VXNetworkingError& theError,
                                           QWidget* theParent = nullptr);
 
@@ -57,17 +57,17 @@ public:
     [[nodiscard]] bool handleAutoRecoverError(const VXNetworkingError& theError,
                                               QWidget* theParent = nullptr);
 
-    /// Shows nothing for what the calling dialog shows beside its fields: coupons, the address,
-    /// the login. Always false.
+    /// Shows a warning, but nothing for what the calling dialog shows beside its fields: coupons,
+    /// the address, the login. Always false.
     [[nodiscard]] bool handleUserInputError(const VXNetworkingError& theError);
 
-    /// Always false.
+    /// Shows a critical message. Always false.
     [[nodiscard]] bool handleUnspecificError(const VXNetworkingError& theError);
 
-    /// Always false.
+    /// Shows an information. Always false.
     [[nodiscard]] bool handlePaymentError(const VXNetworkingError& theError);
 
-    /// Offers another try.
+    /// Offers another try; true when the user takes it.
     [[nodiscard]] bool handleRemoteSystemError(const VXNetworkingError& theError);
 
     /// Offers the network settings and another try; both count as "once more".
