@@ -4,7 +4,9 @@
 
 #include "VXTestMain.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
@@ -80,6 +82,7 @@ private Q_SLOTS:
     void aLinkButtonHasTheLinksColour();
     void theBoldLabelIsBold();
     void changingTheModeReachesShownWidgets();
+    void aSheetNamesPicturesBesideItself();
     void aMissingSheetIsReported();
 };
 
@@ -286,6 +289,23 @@ void tst_VXCSSSkinManager::changingTheModeReachesShownWidgets()
     QVERIFY(window.grab().toImage().pixelColor(25, 25).lightness() > 200);
     skin()->setMode(2);
     QVERIFY(window.grab().toImage().pixelColor(25, 25).lightness() < 60);
+}
+
+void tst_VXCSSSkinManager::aSheetNamesPicturesBesideItself()
+{
+    const QTemporaryDir folder;
+    QImage picture(8, 8, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QVERIFY(picture.save(folder.filePath(u"dot.png"_s)));
+    QFile sheet(folder.filePath(u"skin.qss"_s));
+    QVERIFY(sheet.open(QIODevice::WriteOnly));
+    sheet.write("QPushButton { qproperty-icon: url(skin:dot.png); }");
+    sheet.close();
+    QVERIFY(VXDeploymentConfig::instance()->setValue(u"Assets/skin"_s, sheet.fileName()));
+    skin()->setMode(2);
+    QPushButton button;
+    button.ensurePolished();
+    QCOMPARE(button.icon().pixmap(8, 8).toImage().pixelColor(4, 4), QColor(Qt::red));
 }
 
 void tst_VXCSSSkinManager::aMissingSheetIsReported()
