@@ -94,6 +94,7 @@ void photographPage(VXTourRun& theRun, const QUrl& theUrl)
     const QString name = u"35-phone-page.png"_s;
     asPhone({browser, u"--headless=new"_s, u"--no-sandbox"_s, u"--disable-gpu"_s,
              u"--hide-scrollbars"_s, u"--window-size=390,844"_s,
+             u"--virtual-time-budget=5000"_s, // the page asks for its texts after it is loaded
              u"--user-data-dir="_s + theRun.world.folder.filePath(u"phone-profile"_s),
              u"--screenshot="_s + theRun.world.folder.filePath(name), theUrl.toString()});
     QDir(theRun.world.folder.filePath(u"phone-profile"_s)).removeRecursively();
