@@ -1165,7 +1165,7 @@ Please make sure that the required program &quot;perl&quot; and one of the termi
     </message>
     <message>
         <source>Die Anmeldung konnte nicht beginnen. Der Port 1031 ist belegt, oder der eingebaute Dienst fehlt.</source>
-        <translation>The login could not begin. Port 1031 is in use, or the built-in service is missing.</translation>
+        <translation>The login could not be started. Port 1031 is in use, or the built-in service is missing.</translation>
     </message>
 </context>
 <context>
@@ -1248,7 +1248,7 @@ The sample program of the networking library VXNetworking. It talks only to the 
     </message>
     <message>
         <source>Anmelden im eigenen &amp;Browser ...</source>
-        <translation>Log in in your own &amp;browser...</translation>
+        <translation>Log in with your own &amp;browser...</translation>
     </message>
     <message>
         <source>&amp;Aktualisierung ...</source>
