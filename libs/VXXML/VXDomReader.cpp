@@ -5,6 +5,8 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtXml/QDomDocument>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -27,16 +29,31 @@ int countAttributes(QByteArrayView theTag)
     return count;
 }
 
-/// Where the element stands that has too many attributes; -1 without one. No "<" lies within a
-/// tag, so each begins anew with it.
-qsizetype indexOfCrowdedElement(QByteArrayView theText)
+/// Why a piece of markup, without its "<", must not be read; empty otherwise. theDeclared counts
+/// the bytes of all declarations so far.
+QString reasonToRefuse(QByteArrayView theMarkup, qsizetype& theDeclared)
 {
+    if (theMarkup.startsWith("!ATTLIST") || theMarkup.startsWith("!ENTITY")) {
+        theDeclared += theMarkup.size();
+        return theDeclared > VXDomReader::maximalDeclarations ? u"too many declarations"_s
+                                                              : QString();
+    }
+    const bool isElement = !theMarkup.startsWith('!') && !theMarkup.startsWith('?');
+    return isElement && countAttributes(theMarkup) > VXDomReader::maximalAttributes
+               ? u"too many attributes"_s
+               : QString();
+}
+
+/// Where the first markup stands that must not be read, with the reason; -1 without one. No "<"
+/// lies within a tag, so each begins anew with it.
+qsizetype indexOfRefusal(QByteArrayView theText, QString& theReason)
+{
+    qsizetype declared = 0;
     for (qsizetype start = theText.indexOf('<'), next = 0; start >= 0; start = next) {
         next = theText.indexOf('<', start + 1);
         const qsizetype end = next < 0 ? theText.size() : next;
-        const QByteArrayView markup = theText.sliced(start + 1, end - start - 1);
-        const bool isElement = !markup.startsWith('!') && !markup.startsWith('?');
-        if (isElement && countAttributes(markup) > VXDomReader::maximalAttributes)
+        theReason = reasonToRefuse(theText.sliced(start + 1, end - start - 1), declared);
+        if (!theReason.isEmpty())
             return start;
     }
     return -1;
@@ -52,11 +69,11 @@ QByteArray searchable(const QByteArray& theData)
     return text.toUtf8();
 }
 
-/// Attributes that a document type adds to every element of a name.
-bool hasCrowdedDeclarations(QStringView theDocumentType)
+/// Attributes of the element that only the document type names.
+qsizetype countAddedAttributes(const QXmlStreamReader& theReader)
 {
-    const qsizetype marks = theDocumentType.count(u'"') + theDocumentType.count(u'\'');
-    return theDocumentType.contains("<!ATTLIST"_L1) && marks > 2 * VXDomReader::maximalAttributes;
+    const QXmlStreamAttributes attributes = theReader.attributes();
+    return std::ranges::count_if(attributes, &QXmlStreamAttribute::isDefault);
 }
 
 /// Goes through the document without building anything, entities included; stands where it must
@@ -64,12 +81,18 @@ bool hasCrowdedDeclarations(QStringView theDocumentType)
 QString reasonToRefuse(QXmlStreamReader& theReader)
 {
     int depth = 0;
+    qsizetype added = 0;
+    bool hasDocumentType = false;
     while (!theReader.atEnd()) {
         const QXmlStreamReader::TokenType token = theReader.readNext();
-        if (token == QXmlStreamReader::DTD && hasCrowdedDeclarations(theReader.text()))
-            return u"too many attributes"_s;
+        if (token == QXmlStreamReader::DTD)
+            hasDocumentType = true;
         if (token == QXmlStreamReader::StartElement && ++depth > VXDomReader::maximalDepth)
             return u"elements nested too deep"_s;
+        if (token == QXmlStreamReader::StartElement && hasDocumentType)
+            added += countAddedAttributes(theReader);
+        if (added > VXDomReader::maximalAttributes)
+            return u"too many attributes"_s;
         if (token == QXmlStreamReader::EndElement)
             --depth;
     }
@@ -82,9 +105,10 @@ bool VXDomReader::setContent(QDomDocument& theDocument, const QByteArray& theDat
                              QString& theMessage, int& theLine, int& theColumn)
 {
     const QByteArray text = searchable(theData);
-    if (const qsizetype index = indexOfCrowdedElement(text); index >= 0) {
+    QString reason;
+    if (const qsizetype index = indexOfRefusal(text, reason); index >= 0) {
         const QByteArrayView before = QByteArrayView(text).first(index);
-        theMessage = u"too many attributes"_s;
+        theMessage = reason;
         theLine = static_cast<int>(before.count('\n')) + 1;
         theColumn = static_cast<int>(index - before.lastIndexOf('\n'));
         return false;
@@ -92,7 +116,8 @@ bool VXDomReader::setContent(QDomDocument& theDocument, const QByteArray& theDat
 
     QXmlStreamReader reader(theData);
     reader.setNamespaceProcessing(false); // as the tree is built: no prefix ends the count early
-    if (const QString reason = reasonToRefuse(reader); !reason.isEmpty()) {
+    reason = reasonToRefuse(reader);
+    if (!reason.isEmpty()) {
         theMessage = reason;
         theLine = static_cast<int>(reader.lineNumber());
         theColumn = static_cast<int>(reader.columnNumber());

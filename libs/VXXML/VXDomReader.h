@@ -18,14 +18,18 @@ public:
     /// half a megabyte of answer takes minutes and then the stack.
     static constexpr int maximalDepth = 256;
 
-    /// Attributes of one element, and those that a document type declares in all. Qt compares each
-    /// of an element with all others: 40,000 of them, 400 KB, take 20 seconds.
+    /// Attributes of one element. Qt compares each with all others: 40,000 of them, 400 KB, take 20
+    /// seconds. Also of all elements together those that the document type adds: a megabyte would
+    /// become gigabytes.
     static constexpr int maximalAttributes = 1000;
+
+    /// Bytes of all declarations of attributes and entities. Qt compares the attributes of a
+    /// declaration, too.
+    static constexpr int maximalDeclarations = 8192;
 
     /// As QDomDocument::setContent(): the encoding is the document's own, and after a failure, of
     /// which theMessage, theLine and theColumn tell, the document may hold what was read before
-    /// it. A document with too many attributes or nested too deep is refused before anything is
-    /// built.
+    /// it. A document beyond these limits is refused before anything is built.
     static bool setContent(QDomDocument& theDocument, const QByteArray& theData,
                            QString& theMessage, int& theLine, int& theColumn);
 };

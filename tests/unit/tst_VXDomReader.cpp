@@ -65,7 +65,12 @@ private Q_SLOTS:
     void apostrophesHideNoAttributes();
     void wideCharactersHideNoAttributes_data();
     void wideCharactersHideNoAttributes();
+    void declaredAttributesCount_data();
     void declaredAttributesCount();
+    void attributesOfADeclaredEntityCount();
+    void ownAttributesBesideADocumentTypeMayBeMany();
+    void declarationsCountToTheirLimit_data();
+    void declarationsCountToTheirLimit();
 };
 
 void tst_VXDomReader::aDocumentIsRead()
@@ -230,16 +235,83 @@ void tst_VXDomReader::wideCharactersHideNoAttributes()
     QCOMPARE(outcome.message, u"too many attributes"_s);
 }
 
+void tst_VXDomReader::declaredAttributesCount_data()
+{
+    QTest::addColumn<int>("declared");
+    QTest::addColumn<int>("elements");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("few") << 2 << 10 << QString();
+    QTest::newRow("at the limit") << 10 << 100 << QString();
+    QTest::newRow("beyond") << 10 << 101 << u"too many attributes"_s;
+    // Built, it would take gigabytes.
+    QTest::newRow("many elements") << 400 << 200000 << u"too many attributes"_s;
+    QTest::newRow("many declarations") << 50000 << 1 << u"too many declarations"_s;
+}
+
 void tst_VXDomReader::declaredAttributesCount()
 {
-    const auto document = [](int theCount) {
-        QByteArray text = "<!DOCTYPE r [<!ENTITY e \"x\"><!ATTLIST r";
-        for (int number = 0; number < theCount; ++number)
-            text += " a" + QByteArray::number(number) + " CDATA ''";
-        return text + ">]><r/>";
-    };
-    QVERIFY(read(document(999)).isRead);
-    QCOMPARE(read(document(1000)).message, u"too many attributes"_s);
+    QFETCH(int, declared);
+    QFETCH(int, elements);
+    QFETCH(QString, message);
+
+    QByteArray text = "<!DOCTYPE r [<!ATTLIST b";
+    for (int number = 0; number < declared; ++number)
+        text += " a" + QByteArray::number(number) + " CDATA 'x'";
+    const Outcome outcome = read(text + ">]><r>" + "<b/>"_ba.repeated(elements) + "</r>");
+    QCOMPARE(outcome.message, message);
+    QCOMPARE(outcome.isRead, message.isEmpty());
+}
+
+void tst_VXDomReader::attributesOfADeclaredEntityCount()
+{
+    // The declaration of the attributes is written by number and so not seen as one.
+    QByteArray entity = "<!ENTITY % e \"&#60;!ATTLIST b";
+    for (int number = 0; number < 100; ++number)
+        entity += " a" + QByteArray::number(number) + " CDATA 'x'";
+    const QByteArray start = "<!DOCTYPE r [" + entity + ">\">%e;]><r>";
+    QVERIFY(read(start + "<b/>"_ba.repeated(10) + "</r>").isRead);
+    QCOMPARE(read(start + "<b/>"_ba.repeated(11) + "</r>").message, u"too many attributes"_s);
+}
+
+void tst_VXDomReader::ownAttributesBesideADocumentTypeMayBeMany()
+{
+    const Outcome outcome = read("<!DOCTYPE r [<!ATTLIST b c CDATA 'x'>]><r>" +
+                                 ("<b" + attributes(90) + "/>").repeated(100) + "</r>");
+    QVERIFY2(outcome.isRead, qPrintable(outcome.message));
+}
+
+void tst_VXDomReader::declarationsCountToTheirLimit_data()
+{
+    QTest::addColumn<QByteArray>("declaration");
+    QTest::addColumn<int>("times");
+    QTest::addColumn<bool>("expected");
+
+    // With "<" each takes 64 bytes; that one does not count.
+    const QByteArray entity = "<!ENTITY e%1 '" + QByteArray(47, 'x') + "'>";
+    const QByteArray attribute = "<!ATTLIST b a%1 CDATA '" + QByteArray(38, 'x') + "'>";
+    QTest::newRow("entities at the limit") << entity << 130 << true;
+    QTest::newRow("entities beyond") << entity << 131 << false;
+    QTest::newRow("attributes at the limit") << attribute << 130 << true;
+    QTest::newRow("attributes beyond") << attribute << 131 << false;
+    // An entity that declares attributes: its markup is written by number.
+    QTest::newRow("hidden") << "<!ENTITY % e%1 \"&#60;!ATTLIST b c%1 CDATA 'x'>\">%e%1;"_ba << 200
+                            << false;
+}
+
+void tst_VXDomReader::declarationsCountToTheirLimit()
+{
+    QFETCH(QByteArray, declaration);
+    QFETCH(int, times);
+    QFETCH(bool, expected);
+
+    QCOMPARE(VXDomReader::maximalDeclarations, 8192);
+    QByteArray text = "<!DOCTYPE r [";
+    for (int number = 100; number < 100 + times; ++number)
+        text += QByteArray(declaration).replace("%1", QByteArray::number(number));
+    const Outcome outcome = read(text + "]><r/>");
+    QCOMPARE(outcome.message, expected ? QString() : u"too many declarations"_s);
+    QCOMPARE(outcome.isRead, expected);
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_VXDomReader)
