@@ -105,13 +105,16 @@ VXLogger::~VXLogger() = default;
 
 void VXLogger::legacyLog(const QString& theText, bool theIsFlushed)
 {
-    write(applicationChannel, theText, stamped("record"_L1, theText), theIsFlushed);
+    write(
+        applicationChannel, theText, [&] { return stamped("record"_L1, theText); }, theIsFlushed);
     qCInfo(records).noquote() << theText;
 }
 
 void VXLogger::logQRUpload(const QString& theLine)
 {
-    write(uploadChannel, theLine, timeStamp() + u' ' + VXLogFile::escaped(theLine), true);
+    write(
+        uploadChannel, theLine, [&] { return timeStamp() + u' ' + VXLogFile::escaped(theLine); },
+        true);
 }
 
 void VXLogger::addToOffSetTimes(int theMilliseconds)
@@ -146,20 +149,28 @@ void VXLogger::setMaximumSize(qint64 theBytes)
     myFiles = std::make_unique<Files>(myFiles->folder, theBytes);
 }
 
-void VXLogger::write(const QString& theChannel, const QString& theText, const QString& theLine,
+template <typename MakeLine>
+void VXLogger::write(const QString& theChannel, const QString& theText, MakeLine theMakeLine,
                      bool theIsFlushed)
 {
-    Sink sink;
-    {
-        const QMutexLocker locker(&myMutex);
-        sink = mySink;
-        VXLogFile& file = theChannel == uploadChannel ? myFiles->upload : myFiles->application;
-        if (!sink)
-            file.append(theLine, theIsFlushed);
-    }
-    if (sink)
+    if (const Sink sink = currentSink())
         sink(theChannel, theText);
+    else
+        append(theChannel, theMakeLine(), theIsFlushed); // a sink has no use for the stamped line
     Q_EMIT recordWritten(theChannel, theText);
+}
+
+VXLogger::Sink VXLogger::currentSink() const
+{
+    const QMutexLocker locker(&myMutex);
+    return mySink;
+}
+
+void VXLogger::append(const QString& theChannel, const QString& theLine, bool theIsFlushed)
+{
+    const QMutexLocker locker(&myMutex);
+    VXLogFile& file = theChannel == uploadChannel ? myFiles->upload : myFiles->application;
+    file.append(theLine, theIsFlushed);
 }
 
 void VXLogger::installMessageHandler()
@@ -179,8 +190,9 @@ void VXLogger::handleMessage(QtMsgType theType, const QMessageLogContext& theCon
     if (!isInside && !isRecord) {
         isInside = true;
         // Warnings and worse may be the last words of the process.
-        instance()->write(applicationChannel, theMessage, stamped(levelName(theType), theMessage),
-                          theType != QtDebugMsg && theType != QtInfoMsg);
+        instance()->write(
+            applicationChannel, theMessage, [&] { return stamped(levelName(theType), theMessage); },
+            theType != QtDebugMsg && theType != QtInfoMsg);
         isInside = false;
     }
     if (const QtMessageHandler previous = previousHandler)

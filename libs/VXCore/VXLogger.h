@@ -66,8 +66,11 @@ Q_SIGNALS:
     void recordWritten(const QString& theChannel, const QString& theText);
 
 private:
-    void write(const QString& theChannel, const QString& theText, const QString& theLine,
+    template <typename MakeLine>
+    void write(const QString& theChannel, const QString& theText, MakeLine theMakeLine,
                bool theIsFlushed);
+    [[nodiscard]] Sink currentSink() const;
+    void append(const QString& theChannel, const QString& theLine, bool theIsFlushed);
     static void handleMessage(QtMsgType theType, const QMessageLogContext& theContext,
                               const QString& theMessage);
 
