@@ -221,11 +221,11 @@ QStringList builtIn(const Row& theRow, const VXDeploymentConfig& theConfig)
     if (theRow.computed)
         return {theRow.computed(theConfig)};
     const QString text = QString::fromLatin1(theRow.builtIn);
+    if (text.isEmpty() || theRow.kind != Kind::Path)
+        return text.isEmpty() ? QStringList() : QStringList{text};
     const QString folder = VXDeploymentConfig::dataFolder();
     // Without a data folder a path would be taken from the current one, which anybody may fill.
-    if (text.isEmpty() || (theRow.kind == Kind::Path && folder.isEmpty()))
-        return {};
-    return {resolved(theRow.kind, text, folder)};
+    return folder.isEmpty() ? QStringList() : QStringList{resolved(theRow.kind, text, folder)};
 }
 
 void warn(const QString& theOrigin, const QString& theKey, const char* theReason)
@@ -350,7 +350,8 @@ QStringList VXDeploymentConfig::parts(const QString& theKey) const
 
 QString VXDeploymentConfig::text(const QString& theKey) const
 {
-    return parts(theKey).join(", "_L1);
+    const QStringList values = parts(theKey);
+    return values.size() == 1 ? values.first() : values.join(", "_L1);
 }
 
 int VXDeploymentConfig::number(const QString& theKey) const
