@@ -23,6 +23,7 @@
 #include <QtNetwork/QNetworkReply>
 #include <QtNetwork/QSslConfiguration>
 
+#include <algorithm>
 #include <array>
 #include <limits>
 #include <tuple>
@@ -73,12 +74,46 @@ int contentLength(const QByteArray& theData)
     return theData.size() > limit ? 0 : static_cast<int>(theData.size());
 }
 
+/// theText as Qt's debug stream shows it. The stream looks at each character by itself, which takes
+/// longer than everything else about a message.
+QString quoted(const QString& theText)
+{
+    const bool isPlain = std::ranges::all_of(theText, [](QChar theChar) {
+        return theChar >= u' ' && theChar <= u'~' && theChar != u'"' && theChar != u'\\';
+    });
+    return isPlain ? u'"' + theText + u'"' : QDebug::toString(theText);
+}
+
+/// theUrl comes quoted.
 void logOutcome(const QNetworkReply& theReply, const QString& theUrl)
 {
     if (theReply.error() == QNetworkReply::NoError)
-        qInfo() << " -- Request " << theUrl << "complete";
+        qInfo().noquote() << u" -- Request  "_s + theUrl + u" complete"_s;
     else
-        qInfo() << " -- Request " << theUrl << "failed with Qt Error Code:" << theReply.error();
+        qInfo().noquote() << u" -- Request  "_s + theUrl + u" failed with Qt Error Code:"_s
+                          << theReply.error();
+}
+
+/// Setting copies the request, looking does not.
+void setIfOther(QNetworkRequest& theRequest, QNetworkRequest::Attribute theAttribute, bool theValue)
+{
+    const QVariant value(theValue);
+    if (theRequest.attribute(theAttribute) != value)
+        theRequest.setAttribute(theAttribute, value);
+}
+
+/// What all our requests have in common, put together once: setting a header parses it.
+QNetworkRequest makeCommonRequest()
+{
+    QNetworkRequest request;
+    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
+                         QNetworkRequest::AlwaysNetwork);
+    request.setAttribute(QNetworkRequest::HttpPipeliningAllowedAttribute, true);
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    request.setRawHeader("User-Agent", userAgent);
+    // No standard token, on purpose: servers see it, connections stay open.
+    request.setRawHeader("Connection", "disable-keep-alive");
+    return request;
 }
 
 /// Qt's form of a URL with the port only where the URL names one.
@@ -227,12 +262,9 @@ QNetworkRequest VXNetworkAccessManager::createRequest(const QUrl& theUrl,
     if (VXPlatformIndependent::instance()->forcesHttps() && url.scheme() == "http"_L1)
         url.setScheme(u"https"_s);
 
-    QNetworkRequest request(url);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
-                         QNetworkRequest::AlwaysNetwork);
-    request.setRawHeader("User-Agent", userAgent);
-    // No standard token, on purpose: servers see it, connections stay open.
-    request.setRawHeader("Connection", "disable-keep-alive");
+    static const QNetworkRequest commonRequest = makeCommonRequest();
+    QNetworkRequest request = commonRequest;
+    request.setUrl(url);
     if (!theContentType.isEmpty() && VXHeaderField::isSound(u"Content-Type"_s, theContentType))
         request.setHeader(QNetworkRequest::ContentTypeHeader, theContentType);
     if (theContentLength > 0)
@@ -256,9 +288,9 @@ QNetworkReply* VXNetworkAccessManager::createRequest(QNetworkAccessManager::Oper
         request.setRawHeader("DNT", "1");
     if (hostContains(request.url(), platform->mapTileHostFragment()))
         request.setUrl(withDecodedQuery(request.url()));
-    request.setAttribute(QNetworkRequest::HttpPipeliningAllowedAttribute, true);
+    setIfOther(request, QNetworkRequest::HttpPipeliningAllowedAttribute, true);
     // The "Connection" header exists in HTTP/1.1 only.
-    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, platform->allowsHttp2());
+    setIfOther(request, QNetworkRequest::Http2AllowedAttribute, platform->allowsHttp2());
 
     QNetworkReply* const reply =
         QNetworkAccessManager::createRequest(theOperation, request, theOutgoingData);
@@ -340,8 +372,8 @@ void VXNetworkAccessManager::waitForRequest(QNetworkReply* theReply, int theTime
     connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
     connect(theReply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
 
-    const QString url = theReply->url().toString(QUrl::RemovePassword);
-    qInfo() << " -- " << describe(theReply->operation()) << ":" << url;
+    const QString url = quoted(theReply->url().toString(QUrl::RemovePassword));
+    qInfo().noquote() << u" --  \""_s + describe(theReply->operation()) + u"\" : "_s + url;
 
     const bool isLimited = theTimeoutSeconds >= 0;
     if (isLimited)
@@ -352,7 +384,8 @@ void VXNetworkAccessManager::waitForRequest(QNetworkReply* theReply, int theTime
     loop.exec(flags);
 
     if (isLimited && !timer.isActive()) {
-        qInfo() << " -- Request " << url << " aborted: TIMEOUT after" << theTimeoutSeconds;
+        qInfo().noquote() << u" -- Request  "_s + url + u"  aborted: TIMEOUT after"_s
+                          << theTimeoutSeconds;
         theReply->abort();
         return;
     }
