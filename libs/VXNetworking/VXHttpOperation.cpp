@@ -31,8 +31,27 @@ constexpr int downloadTimeout = 3600;          // seconds
 constexpr qint64 readBufferSize = 1024 * 1024; // bytes
 constexpr qint64 largestReserve = 256 * 1024 * 1024;
 
-/// RFC 9110, 5.6.7, writes GMT; Qt's parser of RFC 2822 dates wants a numeric zone.
-QDateTime parseDate(const QByteArray& theHeader)
+/// The date that servers write, "Sun, 06 Nov 1994 08:49:37 GMT" (RFC 9110, 5.6.7), taken apart by
+/// its columns: Qt's parser takes longer than the rest of a request's record. Invalid when it is
+/// written otherwise.
+QDateTime fixedDate(QByteArrayView theHeader)
+{
+    static constexpr QByteArrayView months = "JanFebMarAprMayJunJulAugSepOctNovDec";
+    static constexpr QByteArrayView days = "MonTueWedThuFriSatSun";
+    if (theHeader.size() != 29 || !theHeader.endsWith(" GMT"))
+        return {};
+    const auto number = [theHeader](qsizetype thePosition, qsizetype theLength) {
+        return theHeader.sliced(thePosition, theLength).toInt();
+    };
+    const auto month = static_cast<int>(months.indexOf(theHeader.sliced(8, 3)) / 3 + 1);
+    const QDate date(number(12, 4), month, number(5, 2));
+    const QTime time(number(17, 2), number(20, 2), number(23, 2));
+    const bool isDay = days.indexOf(theHeader.first(3)) == 3 * (date.dayOfWeek() - 1);
+    return isDay && time.isValid() ? QDateTime(date, time, Qt::UTC) : QDateTime();
+}
+
+/// Any other date that a mail could bear; Qt's parser wants a numeric zone.
+QDateTime mailDate(const QByteArray& theHeader)
 {
     static constexpr std::array zones{"GMT"_L1, "UTC"_L1, "UT"_L1, "Z"_L1};
     QString text = QString::fromLatin1(theHeader).trimmed();
@@ -45,17 +64,10 @@ QDateTime parseDate(const QByteArray& theHeader)
     return QDateTime::fromString(text, Qt::RFC2822Date);
 }
 
-/// A server writes the same date into all answers of a second, and parsing it takes longer than the
-/// rest of a record.
 QDateTime serverDate(const QByteArray& theHeader)
 {
-    thread_local QByteArray lastHeader;
-    thread_local QDateTime lastDate;
-    if (theHeader != lastHeader) {
-        lastHeader = theHeader;
-        lastDate = parseDate(theHeader);
-    }
-    return lastDate;
+    QDateTime date = fixedDate(theHeader);
+    return date.isValid() ? date : mailDate(theHeader);
 }
 
 /// Takes the body out of a reply while it arrives. Left to itself Qt holds a large body three times
@@ -68,7 +80,6 @@ public:
     explicit BodyCollector(QNetworkReply& theReply)
         : myReply(theReply)
     {
-        myReply.setReadBufferSize(readBufferSize);
         QObject::connect(&myReply, &QIODevice::readyRead, &myContext, [this] { take(); });
     }
 
@@ -85,15 +96,18 @@ private:
     void take()
     {
         if (myBody.isNull())
-            reserve();
+            prepare();
         myBody += myReply.readAll();
     }
 
     /// In one go: a buffer that grows is copied. What is reserved and not used takes no memory, so
-    /// a server that announces too much does no harm.
-    void reserve()
+    /// a server that announces too much does no harm. Only what may be large is limited: the limit
+    /// makes Qt tell its HTTP thread of each read.
+    void prepare()
     {
         const qint64 announced = myReply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
+        if (announced <= 0 || announced > readBufferSize)
+            myReply.setReadBufferSize(readBufferSize);
         myBody.reserve(qBound(qint64(0), announced, largestReserve));
     }
 
