@@ -2,6 +2,8 @@
 
 #include <QtCore/QSet>
 
+#include <utility>
+
 QList<QSslCertificate> VXCertificateBundle::read(const QString& theFile)
 {
     return QSslCertificate::fromPath(theFile, QSsl::Pem,
@@ -11,10 +13,13 @@ QList<QSslCertificate> VXCertificateBundle::read(const QString& theFile)
 QList<QSslCertificate> VXCertificateBundle::merged(QList<QSslCertificate> theFirst,
                                                    const QList<QSslCertificate>& theOthers)
 {
-    QSet<QSslCertificate> known(theFirst.cbegin(), theFirst.cend());
+    // By their bytes: comparing or hashing certificates makes OpenSSL read all their extensions.
+    QSet<QByteArray> known;
+    for (const QSslCertificate& certificate : std::as_const(theFirst))
+        known.insert(certificate.toDer());
     for (const QSslCertificate& certificate : theOthers) {
         const qsizetype before = known.size();
-        known.insert(certificate);
+        known.insert(certificate.toDer());
         if (known.size() > before)
             theFirst.append(certificate);
     }
