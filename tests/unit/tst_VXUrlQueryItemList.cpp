@@ -19,6 +19,8 @@ private Q_SLOTS:
     void valuesOfAQueryAreDecodedOnceMore_data();
     void valuesOfAQueryAreDecodedOnceMore();
     void addToUrlQueryKeepsTheOrderAndDropsDuplicates();
+    void aLongListIsAddedLikeItemsOneByOne_data();
+    void aLongListIsAddedLikeItemsOneByOne();
     void aQuerySurvivesTheRoundTrip();
     void aCopyIsIndependent();
 };
@@ -76,6 +78,43 @@ void tst_VXUrlQueryItemList::addToUrlQueryKeepsTheOrderAndDropsDuplicates()
     QUrlQuery query(u"first=0"_s);
     list.addToUrlQuery(query);
     QCOMPARE(query.toString(QUrl::FullyEncoded), u"first=0&q=a%20b&p=1&q=c"_s);
+}
+
+void tst_VXUrlQueryItemList::aLongListIsAddedLikeItemsOneByOne_data()
+{
+    QTest::addColumn<QString>("query");
+
+    QTest::newRow("empty") << u""_s;
+    QTest::newRow("value of an item") << u"plain=1&a%20b=%C3%A4"_s;
+    QTest::newRow("another value first") << u"plain=0&plain=1"_s;
+    QTest::newRow("name without a value") << u"plain&a+b"_s;
+    QTest::newRow("lower-case escapes") << u"%c3%a4=%2f&a%20b=%3d"_s;
+    QTest::newRow("delimiters") << u"a%26b=1&a%3Db=2"_s;
+}
+
+void tst_VXUrlQueryItemList::aLongListIsAddedLikeItemsOneByOne()
+{
+    QFETCH(QString, query);
+
+    const QStringList names{u"plain"_s,   u"a b"_s, u"a%20b"_s, u"a+b"_s,  u"ä"_s,      u"%C3%A4"_s,
+                            u"%c3%a4"_s,  u"a&b"_s, u"a=b"_s,   u"/?#"_s,  u"100 %"_s,  u"~-_."_s,
+                            u"é\u0301"_s, u"%"_s,   u"%zz"_s,   u"'\"<"_s, u"[x]{y}"_s, u""_s};
+    const QStringList values{u"1"_s, u"0"_s, u"ä"_s, u"/"_s, u"="_s, u"a b"_s, u"%41"_s, u""_s};
+    VXUrlQueryItemList list;
+    QUrlQuery oneByOne(query);
+    for (int round = 0; round < 2; ++round) {
+        for (const QString& value : values) {
+            for (const QString& name : names) {
+                list.append({name, value});
+                VXUrlQueryItem(name, value).addToUrlQuery(oneByOne);
+            }
+        }
+    }
+
+    QUrlQuery atOnce(query);
+    list.addToUrlQuery(atOnce);
+    QCOMPARE(atOnce.toString(QUrl::FullyEncoded), oneByOne.toString(QUrl::FullyEncoded));
+    QVERIFY(atOnce == oneByOne);
 }
 
 void tst_VXUrlQueryItemList::aQuerySurvivesTheRoundTrip()
