@@ -64,6 +64,7 @@ void queryNone(benchmark::State& theState)
 BENCHMARK(queryNone)
     ->Setup([](const benchmark::State&) { choose(ProxyChoiceNone); })
     ->UseRealTime()
+    ->MeasureProcessCPUTime()
     ->Threads(1)
     ->Threads(8);
 
@@ -74,6 +75,7 @@ void queryOwn(benchmark::State& theState)
 BENCHMARK(queryOwn)
     ->Setup([](const benchmark::State&) { choose(ProxyChoiceManual); })
     ->UseRealTime()
+    ->MeasureProcessCPUTime()
     ->Threads(1)
     ->Threads(8);
 
@@ -84,6 +86,7 @@ void querySystem(benchmark::State& theState)
 BENCHMARK(querySystem)
     ->Setup([](const benchmark::State&) { choose(ProxyChoiceSystem); })
     ->UseRealTime()
+    ->MeasureProcessCPUTime()
     ->Threads(1)
     ->Threads(8);
 
@@ -92,7 +95,7 @@ void queryQt(benchmark::State& theState)
     for (auto _ : theState)
         benchmark::DoNotOptimize(QNetworkProxyFactory::systemProxyForQuery(query()));
 }
-BENCHMARK(queryQt)->UseRealTime()->Threads(1)->Threads(8);
+BENCHMARK(queryQt)->UseRealTime()->MeasureProcessCPUTime()->Threads(1)->Threads(8);
 
 void errorMessage(benchmark::State& theState)
 {
@@ -104,7 +107,7 @@ void errorMessage(benchmark::State& theState)
     theState.SetItemsProcessed(theState.iterations() * codes.size());
     theState.counters["calls"] = static_cast<double>(codes.size());
 }
-BENCHMARK(errorMessage)->UseRealTime()->Threads(1)->Threads(8);
+BENCHMARK(errorMessage)->UseRealTime()->MeasureProcessCPUTime()->Threads(1)->Threads(8);
 
 void messageTable(benchmark::State& theState)
 {
@@ -112,7 +115,7 @@ void messageTable(benchmark::State& theState)
     for (auto _ : theState)
         benchmark::DoNotOptimize(map.message(InvalidSessionId));
 }
-BENCHMARK(messageTable)->UseRealTime();
+BENCHMARK(messageTable)->UseRealTime()->MeasureProcessCPUTime();
 
 void enumEncode(benchmark::State& theState)
 {
@@ -120,7 +123,7 @@ void enumEncode(benchmark::State& theState)
     for (auto _ : theState)
         benchmark::DoNotOptimize(type.encode());
 }
-BENCHMARK(enumEncode)->UseRealTime();
+BENCHMARK(enumEncode)->UseRealTime()->MeasureProcessCPUTime();
 
 void enumDecode(benchmark::State& theState)
 {
@@ -129,7 +132,7 @@ void enumDecode(benchmark::State& theState)
     for (auto _ : theState)
         benchmark::DoNotOptimize(type.decode(text));
 }
-BENCHMARK(enumDecode)->UseRealTime();
+BENCHMARK(enumDecode)->UseRealTime()->MeasureProcessCPUTime();
 
 void rangeHeader(benchmark::State& theState)
 {
@@ -137,7 +140,7 @@ void rangeHeader(benchmark::State& theState)
     for (auto _ : theState)
         benchmark::DoNotOptimize(VXHttpRangeHeaderInfo(header, 1000).rangeResponse());
 }
-BENCHMARK(rangeHeader)->UseRealTime();
+BENCHMARK(rangeHeader)->UseRealTime()->MeasureProcessCPUTime();
 
 QUrlQuery itemsOf(qint64 theCount)
 {
@@ -158,7 +161,7 @@ void queryItem(benchmark::State& theState)
         benchmark::DoNotOptimize(copy);
     }
 }
-BENCHMARK(queryItem)->UseRealTime()->Arg(10)->Arg(100)->Arg(1000);
+BENCHMARK(queryItem)->UseRealTime()->MeasureProcessCPUTime()->Arg(10)->Arg(100)->Arg(1000);
 
 void queryItemList(benchmark::State& theState)
 {
@@ -169,7 +172,7 @@ void queryItemList(benchmark::State& theState)
         benchmark::DoNotOptimize(query);
     }
 }
-BENCHMARK(queryItemList)->UseRealTime()->Arg(10)->Arg(100)->Arg(1000);
+BENCHMARK(queryItemList)->UseRealTime()->MeasureProcessCPUTime()->Arg(10)->Arg(100)->Arg(1000);
 
 } // namespace
 
