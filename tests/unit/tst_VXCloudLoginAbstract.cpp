@@ -48,6 +48,7 @@ class tst_VXCloudLoginAbstract : public QObject
 private Q_SLOTS:
     void theTokenIsTheWholeReply();
     void theRequestCarriesBodyTypeAndHeaders();
+    void aSubclassMayChooseTargetTypeAndToken();
     void whatIsATokenReply_data();
     void whatIsATokenReply();
     void aReplyThatNamesTheKeyOftenIsReadQuickly_data();
@@ -87,6 +88,37 @@ void tst_VXCloudLoginAbstract::theRequestCarriesBodyTypeAndHeaders()
     QCOMPARE(request.body, "user=karl");
     QCOMPARE(request.header("Content-Type"), "application/x-www-form-urlencoded");
     QCOMPARE(request.header("X-Login"), "1");
+}
+
+void tst_VXCloudLoginAbstract::aSubclassMayChooseTargetTypeAndToken()
+{
+    class OwnLogin : public Login
+    {
+    public:
+        explicit OwnLogin(const QUrl& theTarget)
+            : Login(QUrl())
+            , myTarget(theTarget)
+        {
+        }
+        QUrl connectTarget() const override { return myTarget; }
+        QString contentType() const override { return u"application/json"_s; }
+        QString buildValidToken(const QString& theReply) const override
+        {
+            return u"token of "_s + theReply;
+        }
+
+    private:
+        const QUrl myTarget;
+    };
+    VXRawPeer peer;
+    peer.setAnswer(VXRawAnswer::http(200, "anything"));
+    QString token;
+    const auto error =
+        OwnLogin(peer.url(u"/own"_s)).performLogin(VXCredentials(u"karl"_s, u"x"_s), token);
+    QCOMPARE(static_cast<int>(error.errorCode()), 0);
+    QCOMPARE(token, u"token of anything"_s);
+    QCOMPARE(peer.requests().constFirst().target(), "/own");
+    QCOMPARE(peer.requests().constFirst().header("Content-Type"), "application/json");
 }
 
 void tst_VXCloudLoginAbstract::whatIsATokenReply_data()

@@ -30,6 +30,10 @@ public:
     [[nodiscard]] QString clientId() const override { return id; }
     [[nodiscard]] QString clientSecret() const override { return secret; }
     [[nodiscard]] QString scope() const override { return scopeText; }
+    [[nodiscard]] QString loginGrantType() const override
+    {
+        return grantType.isEmpty() ? VXCloudSessionOAuth2::loginGrantType() : grantType;
+    }
     [[nodiscard]] QUrl logoutUrl() const override { return myPeer.url(u"/revoke"_s); }
     [[nodiscard]] QUrl tokenUrl() const override { return myPeer.url(u"/token"_s); }
 
@@ -45,6 +49,7 @@ public:
     QString id = u"client-1"_s;
     QString secret;
     QString scopeText;
+    QString grantType; // empty: the library's
 
 private:
     const VXRawPeer& myPeer;
@@ -78,6 +83,7 @@ class tst_VXCloudSessionOAuth2 : public QObject
 private Q_SLOTS:
     void openSendsThePasswordGrant();
     void scopeAndSecretAreSentWhenThereAreSome();
+    void aSubclassMayChooseTheGrant();
     void whatTheFarEndDecodesIsWhatWasTyped_data();
     void whatTheFarEndDecodesIsWhatWasTyped();
     void aReplyStartsTheTimerAt90PercentOfTheLifetime_data();
@@ -129,6 +135,17 @@ void tst_VXCloudSessionOAuth2::scopeAndSecretAreSentWhenThereAreSome()
     QCOMPARE(peer.requests().constFirst().body,
              "client_id=client-1&scope=photos&client_secret=s3&grant_type=password&username=karl&"
              "password=geheim");
+}
+
+void tst_VXCloudSessionOAuth2::aSubclassMayChooseTheGrant()
+{
+    VXRawPeer peer;
+    peer.setAnswer(json(goodReply));
+    Session session(peer);
+    session.grantType = u"urn:x:once"_s;
+    session.open(VXCredentials(u"karl"_s, u"geheim"_s), nullptr);
+    QCOMPARE(peer.requests().constFirst().body,
+             "client_id=client-1&grant_type=urn:x:once&username=karl&password=geheim");
 }
 
 void tst_VXCloudSessionOAuth2::whatTheFarEndDecodesIsWhatWasTyped_data()

@@ -81,6 +81,7 @@ private Q_SLOTS:
     void neitherRemovesAllButTheName();
     void extrasAreNeverStored();
     void aStoredTokenIsLoadedAndThePasswordNotLookedAt();
+    void anEmptyStoredTokenCountsToo();
     void aStoredPasswordIsLoadedUnchanged();
     void theOldPasswordIsMigrated();
     void anEmptyGroupIsMigratedToo();
@@ -336,6 +337,19 @@ void tst_VXCredentials::aStoredTokenIsLoadedAndThePasswordNotLookedAt()
     QCOMPARE(credentials.refreshTimeout().toMSecsSinceEpoch(), 1700000000123);
     QVERIFY(credentials.encryptedPassword().isEmpty());
     QVERIFY(has(u"password"_s));
+}
+
+/// That the entry is there decides, and not what it holds.
+void tst_VXCredentials::anEmptyStoredTokenCountsToo()
+{
+    store(u"refreshToken"_s, QString());
+    store(u"refreshTimeout"_s, u"1700000000123"_s);
+    store(u"pwd"_s, u"alt"_s);
+    VXCredentials credentials;
+    credentials.load(QString::fromLatin1(group));
+    QCOMPARE(credentials.refreshTimeout().toMSecsSinceEpoch(), 1700000000123);
+    QVERIFY(credentials.encryptedPassword().isEmpty());
+    QVERIFY(!credentials.isValid());
 }
 
 void tst_VXCredentials::aStoredPasswordIsLoadedUnchanged()

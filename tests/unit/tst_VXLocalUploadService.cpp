@@ -168,6 +168,8 @@ private Q_SLOTS:
     void aNullAddressIsNeverListenedOn();
     void updateWithTheSameAddressesSaysNothing();
     void updateWithAnotherCountPublishesTheSameUrl();
+    void updateWithAsManyOtherAddressesSaysNothing();
+    void aNewNetworkNameWaitsForTheNextSignal();
     void updateMovesOnWhenTheAddressIsLost();
     void anAddressThatReturnsAnswersOnItsOldPort();
     void aFailedListenPublishesPortZero();
@@ -207,6 +209,7 @@ private Q_SLOTS:
     void aShortWriteLeavesTheOldFile();
     void aNameTooLongForTheDiskIsAnsweredOk();
     void bothHostNamesAreLoggedLater();
+    void theLocalHostIsTheOneThatThePhoneCalled();
 
     // target folder
     void theDefaultFolderIsSettledOnce();
@@ -612,6 +615,35 @@ void tst_VXLocalUploadService::updateWithAnotherCountPublishesTheSameUrl()
     VXLan::removeInterface(u"lan1"_s);
     service.updateConnections();
     QCOMPARE(service.changes, QList<Change>({{url, QString(), 0, 1}}));
+}
+
+/// The button then counts on from a number that no longer holds, until the next signal.
+void tst_VXLocalUploadService::updateWithAsManyOtherAddressesSaysNothing()
+{
+    QCOMPARE(VXLan::addInterface(u"lan1"_s, {u"10.81.0.1/24"_s}), QString());
+    RunningService service(target());
+    const QString url = service.url().toString();
+    VXLan::removeInterface(u"lan1"_s);
+    QCOMPARE(VXLan::addInterface(u"lan2"_s, {u"10.82.0.1/24"_s}), QString());
+
+    service.updateConnections();
+    QVERIFY(service.lines.contains(u"IP Address: 10.82.0.1"_s)); // it was seen
+    QCOMPARE(service.changes, QList<Change>());
+    QCOMPARE(service.actions, QStringList());
+    QCOMPARE(service.url().toString(), url);
+}
+
+void tst_VXLocalUploadService::aNewNetworkNameWaitsForTheNextSignal()
+{
+    VXDeploymentConfig::instance()->setList(u"Platform/wifiNames"_s, {u"lan0=before"_s});
+    RunningService service(target());
+    VXDeploymentConfig::instance()->setList(u"Platform/wifiNames"_s, {u"lan0=after"_s});
+    service.updateConnections();
+    QCOMPARE(service.changes, QList<Change>());
+
+    const QByteArray token = service.nextToken().toLatin1(); // redeeming it publishes another
+    QCOMPARE(ask(service, "GET /translations.json?" + token).status, 200);
+    QCOMPARE(service.changes, QList<Change>({{service.url().toString(), u"after"_s, 0, 1}}));
 }
 
 void tst_VXLocalUploadService::updateMovesOnWhenTheAddressIsLost()
@@ -1152,6 +1184,21 @@ void tst_VXLocalUploadService::bothHostNamesAreLoggedLater()
     // Nobody names these addresses here, so their names are the addresses.
     QTRY_VERIFY(service.lines.contains(u"  remote host 10.77.0.21"_s));
     QTRY_VERIFY(service.lines.contains(u"  local host 10.77.0.1"_s));
+}
+
+void tst_VXLocalUploadService::theLocalHostIsTheOneThatThePhoneCalled()
+{
+    QCOMPARE(VXLan::addInterface(u"lan1"_s, {u"10.81.0.1/24"_s}), QString());
+    RunningService service(target());
+    const quint16 port = service.port();
+    const QByteArrayList cookie{"Cookie: sid=" + admit(service)};
+    service.nextConnection();
+    QCOMPARE(service.url().host(), u"10.81.0.1"_s); // what the code shows now
+
+    VXPlainHttpClient client(lan, port, firstPhone);
+    QCOMPARE(client.ask("POST /upload?file=a.jpg", cookie, "x").status, 200);
+    QTRY_COMPARE(service.lines.filter(u"  local host "_s),
+                 QStringList(u"  local host 10.77.0.1"_s));
 }
 
 // --- target folder
