@@ -33,7 +33,7 @@ QString withTimeLeft(QString theTemplate, int theSeconds)
 
 VXAutoCloseMessageBox::VXAutoCloseMessageBox(const VXDialogQuestion& theQuestion)
     : VXMessageBox(theQuestion)
-    , myTemplate(theQuestion.text)
+    , myTemplate(text())
     , mySeconds(qMax(0, theQuestion.seconds))
     , myDeadline(QDeadlineTimer::Forever)
     , myTimer(this)

@@ -2,7 +2,10 @@
 
 #include "VXDialogQuestion.h"
 
+#include <QtCore/QUrl>
+#include <QtCore/QVariant>
 #include <QtGui/QClipboard>
+#include <QtGui/QImage>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QTextDocument>
 #include <QtGui/QTextDocumentFragment>
@@ -30,6 +33,34 @@ constexpr std::array buttonRows{
     ButtonRow{QMessageBox::Close, QT_TRANSLATE_NOOP("VXMessageBox", "Schließen")},
 };
 
+/// A text that notices when it names pictures or style sheets.
+class ProbeDocument : public QTextDocument
+{
+    Q_DISABLE_COPY_MOVE(ProbeDocument)
+
+public:
+    explicit ProbeDocument(const QString& theText)
+    {
+        setHtml(theText);
+        (void)size(); // pictures are asked for when the text is laid out
+    }
+    ~ProbeDocument() override = default;
+
+    [[nodiscard]] bool namesFiles() const { return myNamesFiles; }
+
+protected:
+    QVariant loadResource(int theType, const QUrl& /*theName*/) override
+    {
+        myNamesFiles = true;
+        // Something usable: Qt opens a picture by itself when the document has none to give.
+        return theType == ImageResource ? QVariant(QImage(1, 1, QImage::Format_RGB32))
+                                        : QVariant(QByteArray(""));
+    }
+
+private:
+    bool myNamesFiles = false;
+};
+
 // A button that stands alone is what Return presses; else that would be the details.
 QMessageBox::StandardButton defaultOf(const VXDialogQuestion& theQuestion)
 {
@@ -44,9 +75,10 @@ QMessageBox::StandardButton defaultOf(const VXDialogQuestion& theQuestion)
 } // namespace
 
 VXMessageBox::VXMessageBox(const VXDialogQuestion& theQuestion)
-    : QMessageBox(theQuestion.icon, theQuestion.title, theQuestion.text, theQuestion.buttons,
+    : QMessageBox(theQuestion.icon, theQuestion.title, QString(), theQuestion.buttons,
                   theQuestion.parent ? theQuestion.parent.data() : activeParent())
 {
+    showText(theQuestion.text);
     setObjectName(theQuestion.objectName);
     setWindowModality(Qt::ApplicationModal);
     // Texts may hold what a server sent: selectable, but no link leads anywhere.
@@ -84,6 +116,20 @@ void VXMessageBox::keyPressEvent(QKeyEvent* theEvent)
     QStringList parts{windowTitle(), plain, detailedText()};
     parts.removeAll(QString());
     QApplication::clipboard()->setText(parts.join(u'\n'));
+}
+
+// Qt's label would open each file that the text names, and a server's may name "/dev/zero".
+void VXMessageBox::showText(const QString& theText)
+{
+    if (Qt::mightBeRichText(theText)) {
+        const ProbeDocument probe(theText);
+        if (probe.namesFiles()) {
+            setTextFormat(Qt::PlainText);
+            setText(probe.toPlainText());
+            return;
+        }
+    }
+    setText(theText);
 }
 
 void VXMessageBox::labelButtons()

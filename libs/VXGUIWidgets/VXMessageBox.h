@@ -7,7 +7,8 @@
 struct VXDialogQuestion;
 
 /// A message box whose buttons speak the application's language, whatever catalogue Qt found, and
-/// whose text opens no links and can be selected. The shortcut for copying takes title, text and
+/// whose text opens no links and can be selected. A rich text that names files, pictures say, is
+/// shown as plain text, and none of them is opened. The shortcut for copying takes title, text and
 /// details. Application-modal. GUI thread only.
 class VXGUIWIDGETS_EXPORT VXMessageBox : public QMessageBox
 {
@@ -31,6 +32,7 @@ protected:
     void keyPressEvent(QKeyEvent* theEvent) override;
 
 private:
+    void showText(const QString& theText);
     void labelButtons();
     void addDetails(const QString& theDetails);
     void labelDetailsButton(QAbstractButton* theButton);

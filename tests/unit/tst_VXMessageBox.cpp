@@ -1,15 +1,23 @@
 #include <VXGUIWidgets/VXMessageBox.h>
 
+#include <VXGUIWidgets/VXAutoCloseMessageBox.h>
 #include <VXGUIWidgets/VXDialogQuestion.h>
 
 #include "VXTestMain.h"
 
+#include <QtCore/QTemporaryFile>
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTextEdit>
+
+#include <array>
+#include <memory>
+
+#include <sys/inotify.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -49,6 +57,8 @@ private Q_SLOTS:
     void aButtonThatStandsAloneIsTheDefault();
     void theOrderedDefaultCounts();
     void theTextOpensNoLinks();
+    void theTextOpensNoFiles_data();
+    void theTextOpensNoFiles();
     void copyingTakesTitleTextAndDetails();
     void theBoxBelongsToTheActiveModalWidget();
 };
@@ -119,6 +129,49 @@ void tst_VXMessageBox::theTextOpensNoLinks()
     const auto* label = box.findChild<QLabel*>(u"qt_msgbox_label"_s);
     QVERIFY(!label->textInteractionFlags().testFlag(Qt::LinksAccessibleByMouse));
     QVERIFY(label->textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
+}
+
+void tst_VXMessageBox::theTextOpensNoFiles_data()
+{
+    QTest::addColumn<QString>("text"); // FILE stands for one that is there
+    QTest::addColumn<int>("seconds");  // of a box that closes by itself
+
+    QTest::newRow("picture") << u"<b>Ende</b> <img src=FILE>"_s << 0;
+    QTest::newRow("by address") << u"<b>Ende</b> <img src=file://FILE>"_s << 0;
+    QTest::newRow("tag written oddly") << u"<b>Ende</b> <&#105;mg src=FILE>"_s << 0;
+    QTest::newRow("background") << u"<b>Ende</b><table background=FILE><tr><td></table>"_s << 0;
+    QTest::newRow("style sheet") << u"<style>@import \"FILE\";</style><b>Ende</b>"_s << 0;
+    QTest::newRow("closes by itself") << u"<b>Ende</b> <img src=FILE>"_s << 60;
+}
+
+void tst_VXMessageBox::theTextOpensNoFiles()
+{
+    QFETCH(QString, text);
+    QFETCH(int, seconds);
+
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    QVERIFY(::inotify_add_watch(watch, qPrintable(file.fileName()), IN_OPEN) >= 0);
+    const auto isOpened = [watch] {
+        std::array<char, 4096> event;
+        return ::read(watch, event.data(), event.size()) > 0;
+    };
+
+    VXDialogQuestion asked = question();
+    asked.text = text.replace(u"FILE"_s, file.fileName());
+    asked.seconds = seconds;
+    const std::unique_ptr<VXMessageBox> box(seconds > 0 ? new VXAutoCloseMessageBox(asked)
+                                                        : new VXMessageBox(asked));
+    box->show();
+    QVERIFY(QTest::qWaitForWindowExposed(box.get()));
+    QVERIFY2(box->text().contains(u"Ende"_s), qPrintable(box->text()));
+    QCOMPARE(box->textFormat(), Qt::PlainText);
+    QVERIFY(!isOpened());
+
+    QVERIFY(QFile(file.fileName()).open(QIODevice::ReadOnly));
+    QVERIFY(isOpened()); // it would have been noticed
+    ::close(watch);
 }
 
 void tst_VXMessageBox::copyingTakesTitleTextAndDetails()
