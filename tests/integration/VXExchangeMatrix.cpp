@@ -5,21 +5,19 @@
 #include <VXNetworking/VXHttpOperation.h>
 #include <VXNetworking/VXNetworkAccessManager.h>
 
-#include <QtCore/QEventLoop>
-
-#include <thread>
+#include <tuple>
 
 void VXExchangeMatrix::addColumns()
 {
-    QTest::addColumn<bool>("worker");
+    QTest::addColumn<VXWhere>("where");
     QTest::addColumn<bool>("asks");
 }
 
 VXExchangeMatrix::VXExchangeMatrix()
 {
-    QFETCH(bool, worker);
+    QFETCH(VXWhere, where);
     QFETCH(bool, asks);
-    myIsWorker = worker;
+    myWhere = where;
     myAsks = asks;
     setAnswers(
         {{QLatin1StringView(VXNginxServer::user), QLatin1StringView(VXNginxServer::password)}});
@@ -27,26 +25,16 @@ VXExchangeMatrix::VXExchangeMatrix()
 
 void VXExchangeMatrix::inThread(const std::function<void()>& theFunction) const
 {
-    inThread(myIsWorker, theFunction);
+    inThread(myWhere, theFunction);
 }
 
-void VXExchangeMatrix::inThread(bool theIsWorker, const std::function<void()>& theFunction)
+void VXExchangeMatrix::inThread(VXWhere theWhere, const std::function<void()>& theFunction)
 {
-    const auto runAndRelease = [&theFunction] {
+    std::ignore = vxRun(theWhere, [&theFunction] {
         theFunction();
         VXNetworkAccessManager::releaseThreadInstance(); // with its passwords and connections
-    };
-    if (!theIsWorker) {
-        runAndRelease();
-        return;
-    }
-    QEventLoop loop;
-    std::thread worker([&] {
-        runAndRelease();
-        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+        return true;
     });
-    loop.exec();
-    worker.join();
 }
 
 VXExchangeMatrix::Outcome VXExchangeMatrix::run(const std::function<Outcome()>& theExchange) const

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "VXScriptedUser.h"
+#include "VXWorker.h"
 
 #include <QtTest/QTest>
 
 #include <functional>
 
 class VXHttpOperation;
+
+Q_DECLARE_METATYPE(VXWhere)
 
 /// Every exchange is tested four times: in the GUI thread and in a worker, with and without a
 /// question to the user in its middle.
@@ -27,7 +30,7 @@ public:
         QString details; // for the message of a failing test
     };
 
-    /// The columns "worker" and "asks"; before the test's own ones.
+    /// The columns "where" and "asks"; before the test's own ones.
     static void addColumns();
     /// Four rows of one name.
     template <typename... Values>
@@ -35,18 +38,21 @@ public:
     /// Two rows, one for each thread, for tests that are about a certain question.
     template <typename... Values>
     static void addThreadRows(const char* theName, bool theAsks, const Values&... theValues);
+    /// Three rows: a QThread besides.
+    template <typename... Values>
+    static void addRowsForAllThreads(const char* theName, bool theAsks, const Values&... theValues);
 
     /// Reads the current row. The user knows the password of VXNginxServer.
     VXExchangeMatrix();
 
     [[nodiscard]] bool asks() const { return myAsks; }
-    [[nodiscard]] bool isWorker() const { return myIsWorker; }
+    [[nodiscard]] bool isWorker() const { return myWhere != VXWhere::ApplicationThread; }
 
     /// Calls the function in the thread of the row, where a manager without history serves it, and
     /// runs the event loop of the GUI thread meanwhile. Returns when the function has.
     void inThread(const std::function<void()>& theFunction) const;
     /// The same without a row.
-    static void inThread(bool theIsWorker, const std::function<void()>& theFunction);
+    static void inThread(VXWhere theWhere, const std::function<void()>& theFunction);
     /// inThread() with an exchange.
     [[nodiscard]] Outcome run(const std::function<Outcome()>& theExchange) const;
 
@@ -57,7 +63,11 @@ public:
     [[nodiscard]] bool wasAskedAsExpected(Kind theKind = Kind::ServerPassword) const;
 
 private:
-    bool myIsWorker = false;
+    template <typename... Values>
+    static void addRow(VXWhere theWhere, const char* theName, bool theAsks,
+                       const Values&... theValues);
+
+    VXWhere myWhere = VXWhere::ApplicationThread;
     bool myAsks = false;
 };
 
@@ -71,10 +81,26 @@ void VXExchangeMatrix::addRows(const char* theName, const Values&... theValues)
 template <typename... Values>
 void VXExchangeMatrix::addThreadRows(const char* theName, bool theAsks, const Values&... theValues)
 {
-    for (const bool worker : {false, true}) {
-        QTestData& row = QTest::addRow("%s, %s%s", theName, worker ? "worker" : "GUI thread",
-                                       theAsks ? ", asked" : "");
-        row << worker << theAsks;
-        static_cast<void>((row << ... << theValues));
-    }
+    for (const VXWhere where : {VXWhere::ApplicationThread, VXWhere::Worker})
+        addRow(where, theName, theAsks, theValues...);
+}
+
+template <typename... Values>
+void VXExchangeMatrix::addRowsForAllThreads(const char* theName, bool theAsks,
+                                            const Values&... theValues)
+{
+    addThreadRows(theName, theAsks, theValues...);
+    addRow(VXWhere::QtThread, theName, theAsks, theValues...);
+}
+
+template <typename... Values>
+void VXExchangeMatrix::addRow(VXWhere theWhere, const char* theName, bool theAsks,
+                              const Values&... theValues)
+{
+    const char* const thread = theWhere == VXWhere::ApplicationThread ? "GUI thread"
+                               : theWhere == VXWhere::Worker          ? "worker"
+                                                                      : "QThread";
+    QTestData& row = QTest::addRow("%s, %s%s", theName, thread, theAsks ? ", asked" : "");
+    row << theWhere << theAsks;
+    static_cast<void>((row << ... << theValues));
 }

@@ -2,6 +2,7 @@
 #include "VXMicrosocksServer.h"
 #include "VXNginxServer.h"
 #include "VXProbe.h"
+#include "VXReliabilityDocument.h"
 #include "VXSquidServer.h"
 #include "VXTinyproxyServer.h"
 
@@ -45,11 +46,13 @@ private Q_SLOTS:
     void theSystemsProxyComesFromTheEnvironment();
     void aDeadProxyHasItsCode_data();
     void aDeadProxyHasItsCode();
-    void anOriginThatRefusesTheProxyIsAFailure_data();
-    void anOriginThatRefusesTheProxyIsAFailure();
+    void anOriginOutOfReachIsAFailure_data();
+    void anOriginOutOfReachIsAFailure();
+    void theDocumentHasNoOtherRows();
 
 private:
     [[nodiscard]] bool start(VXForeignServer& theProxy);
+    static void compare(int theCode, qsizetype theQuestions);
     [[nodiscard]] QUrl originUrl(bool theIsTls) const;
 
     VXTestCertificates myCertificates;
@@ -153,6 +156,15 @@ QUrl tst_exchange_proxies::originUrl(bool theIsTls) const
     return url;
 }
 
+/// Holds the outcome against the row of the document, whose name the test's row begins with.
+void tst_exchange_proxies::compare(int theCode, qsizetype theQuestions)
+{
+    const QString name =
+        QString::fromUtf8(QTest::currentDataTag()).remove(u", asked"_s).section(u", "_s, 0, -2);
+    QCOMPARE((QStringList{QString::number(theCode), QString::number(theQuestions)}),
+             VXReliabilityDocument::rows(u"Real proxies"_s).value(name));
+}
+
 void tst_exchange_proxies::theManualProxyServes_data()
 {
     VXExchangeMatrix::addColumns();
@@ -209,27 +221,27 @@ void tst_exchange_proxies::theAnswerToThePasswordQuestionDecides_data()
 
     const auto add = [](const char* name, bool isSocks, bool isTls, const QString& stored,
                         const QStringList& passwords, int questions, int code) {
-        VXExchangeMatrix::addThreadRows(name, true, isSocks, isTls, stored, passwords, questions,
-                                        code);
+        VXExchangeMatrix::addRowsForAllThreads(name, true, isSocks, isTls, stored, passwords,
+                                               questions, code);
     };
     const QString none;
     const QString right = u"geheim"_s;
     const QString wrong = u"falsch"_s;
     // tinyproxy answers a wrong password with 401, as if it were the server: the proxy's password
     // is not asked for again.
-    add("http, right", false, false, none, {right}, 1, 0);
-    add("http, wrong", false, false, none, {wrong}, 1, 3704);
-    add("http, cancelled", false, false, none, {none}, 1, 3605);
-    add("http, wrong one stored", false, false, wrong, {right}, 0, 3704);
-    add("https, right", false, true, none, {right}, 1, 0);
-    add("https, wrong", false, true, none, {wrong}, 1, 3599);
-    add("https, cancelled", false, true, none, {none}, 1, 3605);
-    add("https, wrong one stored", false, true, wrong, {right}, 0, 3599);
-    add("SOCKS, right", true, false, none, {right}, 1, 0);
-    add("SOCKS, right at the second try", true, false, none, {wrong, right}, 2, 0);
-    add("SOCKS, wrong, then cancelled", true, false, none, {wrong, none}, 2, 3605);
-    add("SOCKS, cancelled", true, false, none, {none}, 1, 3605);
-    add("SOCKS, wrong one stored", true, false, wrong, {right}, 1, 0);
+    add("tinyproxy, http, right", false, false, none, {right}, 1, 0);
+    add("tinyproxy, http, wrong", false, false, none, {wrong}, 1, 3704);
+    add("tinyproxy, http, cancelled", false, false, none, {none}, 1, 3605);
+    add("tinyproxy, http, wrong one stored", false, false, wrong, {right}, 0, 3704);
+    add("tinyproxy, https, right", false, true, none, {right}, 1, 0);
+    add("tinyproxy, https, wrong", false, true, none, {wrong}, 1, 3599);
+    add("tinyproxy, https, cancelled", false, true, none, {none}, 1, 3605);
+    add("tinyproxy, https, wrong one stored", false, true, wrong, {right}, 0, 3599);
+    add("microsocks, right", true, false, none, {right}, 1, 0);
+    add("microsocks, right at the second try", true, false, none, {wrong, right}, 2, 0);
+    add("microsocks, wrong, then cancelled", true, false, none, {wrong, none}, 2, 3605);
+    add("microsocks, cancelled", true, false, none, {none}, 1, 3605);
+    add("microsocks, wrong one stored", true, false, wrong, {right}, 1, 0);
 }
 
 void tst_exchange_proxies::theAnswerToThePasswordQuestionDecides()
@@ -266,6 +278,7 @@ void tst_exchange_proxies::theAnswerToThePasswordQuestionDecides()
             ++proxyQuestions;
     }
     QCOMPARE(proxyQuestions, questions);
+    compare(outcome.code, proxyQuestions);
     QCOMPARE(outcome.body == text, code == 0);
     if (code != 0)
         QCOMPARE(myOrigin->records().size(), 0);
@@ -314,16 +327,16 @@ void tst_exchange_proxies::aDigestProxyIsAnswered_data()
     const QString right = u"geheim"_s;
     const QString wrong = u"falsch"_s;
     const auto add = [](const char* name, bool isTls, const QStringList& passwords, int code) {
-        VXExchangeMatrix::addThreadRows(name, true, isTls, passwords, code);
+        VXExchangeMatrix::addRowsForAllThreads(name, true, isTls, passwords, code);
     };
-    add("http, right", false, {right}, 0);
-    add("http, right at the third try", false, {wrong, u"auch falsch"_s, right}, 0);
-    add("http, wrong, then cancelled", false, {wrong, QString()}, 3605);
-    add("http, cancelled", false, {QString()}, 3605);
-    add("https, right", true, {right}, 0);
-    add("https, right at the third try", true, {wrong, u"auch falsch"_s, right}, 0);
-    add("https, wrong, then cancelled", true, {wrong, QString()}, 3605);
-    add("https, cancelled", true, {QString()}, 3605);
+    add("squid, http, right", false, {right}, 0);
+    add("squid, http, right at the third try", false, {wrong, u"auch falsch"_s, right}, 0);
+    add("squid, http, wrong, then cancelled", false, {wrong, QString()}, 3605);
+    add("squid, http, cancelled", false, {QString()}, 3605);
+    add("squid, https, right", true, {right}, 0);
+    add("squid, https, right at the third try", true, {wrong, u"auch falsch"_s, right}, 0);
+    add("squid, https, wrong, then cancelled", true, {wrong, QString()}, 3605);
+    add("squid, https, cancelled", true, {QString()}, 3605);
 }
 
 void tst_exchange_proxies::aDigestProxyIsAnswered()
@@ -345,6 +358,7 @@ void tst_exchange_proxies::aDigestProxyIsAnswered()
     QCOMPARE(outcome.body == text, code == 0);
     // As many questions as answers, and each in the GUI thread.
     QCOMPARE(matrix.questions().size(), passwords.size());
+    compare(outcome.code, matrix.questions().size());
     for (const VXScriptedUser::Question& question : matrix.questions()) {
         QCOMPARE(question.kind, VXScriptedUser::Kind::ProxyPassword);
         QVERIFY(question.wasAskedInGuiThread);
@@ -453,7 +467,7 @@ void tst_exchange_proxies::aDeadProxyHasItsCode_data()
 
     const auto add = [](const char* name, QNetworkProxy::ProxyType type, const QString& scheme,
                         int code) {
-        VXExchangeMatrix::addThreadRows(name, false, int(type), scheme, code);
+        VXExchangeMatrix::addRowsForAllThreads(name, false, int(type), scheme, code);
     };
     add("HTTP, http", QNetworkProxy::HttpProxy, u"http"_s, 3501);
     add("HTTP, https", QNetworkProxy::HttpProxy, u"https"_s, 3599);
@@ -476,23 +490,32 @@ void tst_exchange_proxies::aDeadProxyHasItsCode()
     QVERIFY(matrix.wasAskedAsExpected());
 }
 
-void tst_exchange_proxies::anOriginThatRefusesTheProxyIsAFailure_data()
+void tst_exchange_proxies::anOriginOutOfReachIsAFailure_data()
 {
     VXExchangeMatrix::addColumns();
     QTest::addColumn<bool>("isSocks");
     QTest::addColumn<bool>("isTls");
+    QTest::addColumn<bool>("isKnown"); // to the proxy
     QTest::addColumn<int>("code");
 
-    VXExchangeMatrix::addThreadRows("tinyproxy, http", false, false, false, 3901);
-    VXExchangeMatrix::addThreadRows("tinyproxy, https", false, false, true, 3599);
-    VXExchangeMatrix::addThreadRows("microsocks, http", false, true, false, 3501);
-    VXExchangeMatrix::addThreadRows("microsocks, https", false, true, true, 3501);
+    const auto add = [](const char* name, bool isSocks, bool isTls, bool isKnown, int code) {
+        VXExchangeMatrix::addRowsForAllThreads(name, false, isSocks, isTls, isKnown, code);
+    };
+    add("tinyproxy, http, origin refuses", false, false, true, 3901);
+    add("tinyproxy, https, origin refuses", false, true, true, 3599);
+    add("microsocks, http, origin refuses", true, false, true, 3501);
+    add("microsocks, https, origin refuses", true, true, true, 3501);
+    add("tinyproxy, http, origin unknown", false, false, false, 3901);
+    add("tinyproxy, https, origin unknown", false, true, false, 3599);
+    add("microsocks, http, origin unknown", true, false, false, 3503);
+    add("microsocks, https, origin unknown", true, true, false, 3503);
 }
 
-void tst_exchange_proxies::anOriginThatRefusesTheProxyIsAFailure()
+void tst_exchange_proxies::anOriginOutOfReachIsAFailure()
 {
     QFETCH(bool, isSocks);
     QFETCH(bool, isTls);
+    QFETCH(bool, isKnown);
     QFETCH(int, code);
     VXExchangeMatrix matrix;
     myTinyproxy = std::make_unique<VXTinyproxyServer>();
@@ -501,10 +524,18 @@ void tst_exchange_proxies::anOriginThatRefusesTheProxyIsAFailure()
     QVERIFY(start(proxy));
     choose(ProxyChoiceManual, isSocks ? QNetworkProxy::Socks5Proxy : QNetworkProxy::HttpProxy,
            proxy.port());
-    const QUrl url = originUrl(isTls);
+    QUrl url = originUrl(isTls);
+    if (!isKnown)
+        url.setHost(u"nowhere.invalid"_s);
     myOrigin->stop();
     const Outcome outcome = matrix.run([&] { return get(url); });
     QCOMPARE(outcome.code, code);
+    compare(outcome.code, matrix.questions().size());
+}
+
+void tst_exchange_proxies::theDocumentHasNoOtherRows()
+{
+    QCOMPARE(VXReliabilityDocument::rows(u"Real proxies"_s).size(), 8 + 13 + 8);
 }
 
 VX_PROBE_TEST_MAIN(QCoreApplication, tst_exchange_proxies, {u"exchange"_s, exchange})

@@ -1,3 +1,4 @@
+#include "VXHoldings.h"
 #include "VXLan.h"
 #include "VXNginxServer.h"
 #include "VXPhoneSocket.h"
@@ -22,7 +23,6 @@
 #include <memory>
 #include <thread>
 
-#include <malloc.h>
 #include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
@@ -39,44 +39,6 @@ constexpr int connectionCount = 1000;
 
 constexpr rlim_t descriptorLimit = 256;
 constexpr qint64 mostGrowth = 2 * 1024 * 1024; // bytes
-
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool isMeasurable = false; // what was freed stays in quarantine
-#else
-constexpr bool isMeasurable = true;
-#endif
-
-/// What the process holds.
-struct Holdings
-{
-    qint64 memory = 0; // bytes
-    qsizetype descriptors = 0;
-    qsizetype threads = 0;
-
-    [[nodiscard]] static Holdings now()
-    {
-        ::malloc_trim(0);
-        return {residentMemory(), count(u"/proc/self/fd"_s), count(u"/proc/self/task"_s)};
-    }
-
-private:
-    static qsizetype count(const QString& theFolder)
-    {
-        return QDir(theFolder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size();
-    }
-
-    static qint64 residentMemory()
-    {
-        QFile file(u"/proc/self/status"_s);
-        if (!file.open(QIODevice::ReadOnly))
-            return -1;
-        for (const QByteArray& line : file.readAll().split('\n')) {
-            if (line.startsWith("VmRSS:"))
-                return line.simplified().split(' ').value(1).toLongLong() * 1024;
-        }
-        return -1;
-    }
-};
 
 } // namespace
 
@@ -116,7 +78,7 @@ void tst_soak::soak(int theCount, Work theWork)
         QVERIFY(theWork());
     // Threads that look up names or write files end when they have had nothing to do for a while.
     QThreadPool::globalInstance()->waitForDone();
-    const Holdings before = Holdings::now();
+    const VXHoldings before = VXHoldings::now();
 
     QElapsedTimer timer;
     timer.start();
@@ -124,17 +86,17 @@ void tst_soak::soak(int theCount, Work theWork)
         QVERIFY(theWork());
     const qint64 milliseconds = timer.elapsed();
 
-    Holdings after = Holdings::now();
+    VXHoldings growth;
     const auto isSettled = [&] {
-        after = Holdings::now();
-        return after.descriptors <= before.descriptors && after.threads <= before.threads;
+        growth = VXHoldings::now().since(before);
+        return growth.descriptors <= 0 && growth.threads <= 0;
     };
     const bool isSettledInTime = QTest::qWaitFor(isSettled, 60000);
     qCInfo(soakLog, "%d in %.1f s: memory %+lld KiB, descriptors %+lld, threads %+lld", theCount,
-           static_cast<double>(milliseconds) / 1000, (after.memory - before.memory) / 1024,
-           after.descriptors - before.descriptors, after.threads - before.threads);
+           static_cast<double>(milliseconds) / 1000, growth.memory / 1024, growth.descriptors,
+           growth.threads);
     QVERIFY(isSettledInTime);
-    QVERIFY(!isMeasurable || after.memory - before.memory <= mostGrowth);
+    QVERIFY(!VXHoldings::isMemoryMeasurable || growth.memory <= mostGrowth);
 }
 
 void tst_soak::requestsLeaveNothing()

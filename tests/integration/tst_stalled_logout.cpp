@@ -3,6 +3,7 @@
 
 #include "VXRawAnswer.h"
 #include "VXRawPeer.h"
+#include "VXReliabilityDocument.h"
 #include "VXTestMain.h"
 
 #include <VXNetworking/VXCloudSessionOAuth2.h>
@@ -62,6 +63,8 @@ void tst_stalled_logout::quittingWaitsTwoMinutesAndNoLonger()
     QCOMPARE(peer.requests().constFirst().body, "client_id=client-1&client_id=client-1&token=rt");
     QVERIFY(!session.isOpen());
     QCOMPARE(session.refreshToken(), QString());
+    const auto rows = VXReliabilityDocument::rows(u"Quitting with a session"_s);
+    QCOMPARE(rows.value(u"never answered"_s), (QStringList{u"forgotten"_s, u"120"_s}));
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_stalled_logout)

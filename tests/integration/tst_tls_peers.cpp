@@ -31,12 +31,15 @@ private Q_SLOTS:
     void theUserDecides();
     void anAnswerAfterTheTimeoutIsTooLate_data();
     void anAnswerAfterTheTimeoutIsTooLate();
+    void aCloseWithinTheBodyIsAFailure_data();
+    void aCloseWithinTheBodyIsAFailure();
     void theDocumentHasExactlyTheseRows();
 
 private:
     [[nodiscard]] VXTestCertificates::Identity identity(const QString& theKind);
     /// The server of a row, started; null with a failed test otherwise.
-    [[nodiscard]] QUrl startServer(const QString& theKind, const QStringList& theOptions);
+    [[nodiscard]] QUrl startServer(const QString& theKind, const QStringList& theOptions,
+                                   const QByteArray& theAnswer = {});
 
     VXTestCertificates myKnownAuthority; // its certificate is in the bundle
     VXTestCertificates myStrangeAuthority;
@@ -121,7 +124,8 @@ VXTestCertificates::Identity tst_tls_peers::identity(const QString& theKind)
     return theKind == u"unknown authority"_s ? myStrangeAuthority.leaf() : myKnownAuthority.leaf();
 }
 
-QUrl tst_tls_peers::startServer(const QString& theKind, const QStringList& theOptions)
+QUrl tst_tls_peers::startServer(const QString& theKind, const QStringList& theOptions,
+                                const QByteArray& theAnswer)
 {
     VXForeignServer* server = nullptr;
     if (theOptions.isEmpty()) {
@@ -130,6 +134,7 @@ QUrl tst_tls_peers::startServer(const QString& theKind, const QStringList& theOp
         server = myNginx.get();
     } else {
         myOpenssl = std::make_unique<VXOpensslServer>(identity(theKind), theOptions);
+        myOpenssl->addAnswer(u"answer"_s, theAnswer);
         server = myOpenssl.get();
     }
     if (!server->start()) {
@@ -150,9 +155,9 @@ void tst_tls_peers::theUserDecides_data()
 
     for (const Row& row : rows()) {
         const auto add = [&row](const QString& answer, bool isAccepted, const QString& code) {
-            VXExchangeMatrix::addThreadRows(qPrintable(row.name + u", "_s + answer), row.texts > 0,
-                                            row.certificate, row.options, isAccepted, row.texts,
-                                            code.toInt());
+            VXExchangeMatrix::addRowsForAllThreads(qPrintable(row.name + u", "_s + answer),
+                                                   row.texts > 0, row.certificate, row.options,
+                                                   isAccepted, row.texts, code.toInt());
         };
         add(u"refused"_s, false, row.refused);
         add(u"accepted"_s, true, row.accepted);
@@ -182,7 +187,7 @@ void tst_tls_peers::theUserDecides()
 void tst_tls_peers::anAnswerAfterTheTimeoutIsTooLate_data()
 {
     VXExchangeMatrix::addColumns();
-    VXExchangeMatrix::addThreadRows("accepted late", true);
+    VXExchangeMatrix::addRowsForAllThreads("accepted late", true);
 }
 
 void tst_tls_peers::anAnswerAfterTheTimeoutIsTooLate()
@@ -203,6 +208,29 @@ void tst_tls_peers::anAnswerAfterTheTimeoutIsTooLate()
     QCOMPARE(outcome.code, 3505);
     QCOMPARE(outcome.status, 0);
     QVERIFY(matrix.wasAskedAsExpected(VXScriptedUser::Kind::Certificate));
+}
+
+void tst_tls_peers::aCloseWithinTheBodyIsAFailure_data()
+{
+    VXExchangeMatrix::addColumns();
+    QTest::addColumn<QString>("version");
+
+    VXExchangeMatrix::addRowsForAllThreads("TLS 1.2", false, u"-tls1_2"_s);
+    VXExchangeMatrix::addRowsForAllThreads("TLS 1.3", false, u"-tls1_3"_s);
+}
+
+void tst_tls_peers::aCloseWithinTheBodyIsAFailure()
+{
+    QFETCH(QString, version);
+    const QByteArray answer = "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf";
+    QUrl url = startServer(u"valid"_s, {u"-HTTP"_s, version}, answer);
+    QVERIFY(url.isValid());
+    url.setPath(u"/answer"_s);
+    VXExchangeMatrix matrix;
+    const Outcome outcome = matrix.run([&] { return get(url); });
+    QCOMPARE(outcome.code, 3502);
+    QCOMPARE(outcome.status, 200);
+    QCOMPARE(outcome.body, "half"_ba);
 }
 
 void tst_tls_peers::theDocumentHasExactlyTheseRows()

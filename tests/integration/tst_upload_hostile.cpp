@@ -1,3 +1,5 @@
+#include "VXGapMeter.h"
+#include "VXHoldings.h"
 #include "VXLan.h"
 #include "VXPhoneSocket.h"
 #include "VXTestMain.h"
@@ -60,39 +62,6 @@ QMap<QString, QByteArray> snapshot(const QString& theFolder)
     return files;
 }
 
-qsizetype openDescriptors()
-{
-    return QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size();
-}
-
-/// The longest time in which the GUI thread did not come to its event loop.
-class GapMeter
-{
-    Q_DISABLE_COPY_MOVE(GapMeter)
-
-public:
-    GapMeter()
-    {
-        QObject::connect(&myTimer, &QTimer::timeout, &myTimer, [this] { note(); });
-        mySince.start();
-        myTimer.start(1);
-    }
-    ~GapMeter() = default;
-
-    [[nodiscard]] qint64 milliseconds()
-    {
-        note();
-        return myLongest;
-    }
-
-private:
-    void note() { myLongest = qMax(myLongest, mySince.restart()); }
-
-    QTimer myTimer;
-    QElapsedTimer mySince;
-    qint64 myLongest = 0;
-};
-
 /// Runs theAttack as phone1 in a thread of its own; the GUI thread, where the service lives,
 /// handles its events meanwhile.
 template <typename Attack>
@@ -139,7 +108,7 @@ private:
     VXPhoneSocket connection() const { return {myHost, myPort}; }
     /// Makes phone1 known; in its thread.
     void admit() const { connection().ask("/translations.json?" + myFirstToken); }
-    void report(GapMeter& theMeter, const QString& theText) const;
+    void report(VXGapMeter& theMeter, const QString& theText) const;
 
     std::unique_ptr<QTemporaryDir> myFolder;
     std::unique_ptr<VXLocalUploadService> myService;
@@ -189,7 +158,7 @@ void tst_upload_hostile::cleanup()
     myService.reset();
 }
 
-void tst_upload_hostile::report(GapMeter& theMeter, const QString& theText) const
+void tst_upload_hostile::report(VXGapMeter& theMeter, const QString& theText) const
 {
     const qint64 gap = theMeter.milliseconds();
     qInfo().noquote() << u"%1; longest gap of the GUI thread %2 ms"_s.arg(theText).arg(gap);
@@ -198,8 +167,8 @@ void tst_upload_hostile::report(GapMeter& theMeter, const QString& theText) cons
 
 void tst_upload_hostile::aThousandConnectionsLeaveRoomForAPhone()
 {
-    GapMeter meter;
-    const qsizetype before = openDescriptors();
+    VXGapMeter meter;
+    const qsizetype before = VXHoldings::now().descriptors;
     struct Outcome
     {
         int open = 0;
@@ -226,13 +195,14 @@ void tst_upload_hostile::aThousandConnectionsLeaveRoomForAPhone()
     QCOMPARE(outcome.open, connectionCount);
     QCOMPARE(outcome.status, 200);
     QCOMPARE(snapshot(path(u"target"_s)).size(), 1);
-    QTRY_VERIFY_WITH_TIMEOUT(openDescriptors() <= before + 8, 30000); // the resolver keeps some
+    QTRY_VERIFY_WITH_TIMEOUT(VXHoldings::now().descriptors <= before + 8,
+                             30000); // the resolver keeps some
     report(meter, u"1,000 connections, a phone served in %1 ms"_s.arg(outcome.answeredIn));
 }
 
 void tst_upload_hostile::stalledBodiesLeaveRoomForAPhone()
 {
-    GapMeter meter;
+    VXGapMeter meter;
     QSignalSpy uploads(myService.get(), &VXLocalUploadService::filesUploaded);
     const int status = asPhone([this] {
         admit();
@@ -253,7 +223,7 @@ void tst_upload_hostile::stalledBodiesLeaveRoomForAPhone()
 
 void tst_upload_hostile::noGuessOfTheTokenIsAdmitted()
 {
-    GapMeter meter;
+    VXGapMeter meter;
     QSignalSpy changes(myService.get(), &VXLocalUploadService::urlChanged);
     QElapsedTimer timer;
     timer.start();
@@ -290,7 +260,7 @@ void tst_upload_hostile::noGuessOfTheTokenIsAdmitted()
 
 void tst_upload_hostile::noAddressReadsAnotherFile()
 {
-    GapMeter meter;
+    VXGapMeter meter;
     const QByteArrayList steps{"../",        "..%2f", "%2e%2e/",      "%2e%2e%2f",
                                "..\\",       "..%5c", "%2e%2e%5c",    "%252e%252e/",
                                "....//",     "..;/",  "..%00/",       "%c0%ae%c0%ae/",
@@ -332,7 +302,7 @@ void tst_upload_hostile::noAddressReadsAnotherFile()
 
 void tst_upload_hostile::noFileNameLeavesTheFolder()
 {
-    GapMeter meter;
+    VXGapMeter meter;
     const QByteArrayList names{"../x",
                                "..%2Fx",
                                "%2Ftmp%2Fx",
@@ -406,7 +376,7 @@ void tst_upload_hostile::noCookieTrickIsAdmitted()
 {
     QFETCH(QByteArray, headers);
 
-    GapMeter meter;
+    VXGapMeter meter;
     // TOKEN is what phone1 itself may use, OTHER what was given to somebody at another address.
     const QByteArray other = myFirstToken;
     QSignalSpy changes(myService.get(), &VXLocalUploadService::urlChanged);
@@ -441,7 +411,7 @@ void tst_upload_hostile::noCookieTrickIsAdmitted()
 
 void tst_upload_hostile::requestsSurviveTheServicesEnd()
 {
-    GapMeter meter;
+    VXGapMeter meter;
     constexpr int lives = 20;
     std::atomic<bool> isOver = false;
     std::atomic<int> answers = 0;

@@ -210,6 +210,8 @@ const QHash<QByteArray, Maker>& httpFaults()
         {"basic", [](const VXRawRequest& theRequest) { return login(theRequest, 401, basic); }},
         {"digest", [](const VXRawRequest& theRequest) { return login(theRequest, 401, digest); }},
         {"ntlm", [](const VXRawRequest& theRequest) { return login(theRequest, 401, "NTLM"); }},
+        {"negotiate",
+         [](const VXRawRequest& theRequest) { return login(theRequest, 401, "Negotiate"); }},
     };
     return ourFaults;
 }

@@ -10,6 +10,11 @@ VXOpensslServer::VXOpensslServer(const VXTestCertificates::Identity& theIdentity
 {
 }
 
+void VXOpensslServer::addAnswer(const QString& theName, const QByteArray& theBytes) const
+{
+    writeFile(theName, theBytes);
+}
+
 QUrl VXOpensslServer::url() const
 {
     return QUrl(u"https://127.0.0.1:%1/"_s.arg(port()));

@@ -12,6 +12,9 @@ public:
     /// theOptions are those of s_server beside port, certificate and key.
     VXOpensslServer(const VXTestCertificates::Identity& theIdentity, const QStringList& theOptions);
 
+    /// A file that the option "-HTTP" gives as the whole answer, head included, before it closes.
+    void addAnswer(const QString& theName, const QByteArray& theBytes) const;
+
     [[nodiscard]] QUrl url() const;
 
 protected:

@@ -2,7 +2,9 @@
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QMetaObject>
+#include <QtCore/QThread>
 
+#include <memory>
 #include <thread>
 #include <utility>
 
@@ -10,14 +12,16 @@
 enum class VXWhere
 {
     ApplicationThread,
-    Worker,
+    Worker,   // a std::thread, of which Qt learns by its first call only
+    QtThread, // a QThread
 };
 
 /// Runs the work to its end, in this thread or in a new one; this thread handles events meanwhile,
 /// so it can answer the questions of the other.
 ///
-/// A std::thread, because ThreadSanitizer sees its beginning and its end. QTest's macros must not
-/// be used in the work: let it return what is to be compared.
+/// Prefer Worker to QtThread where one of them is enough: ThreadSanitizer sees the beginning and
+/// the end of a std::thread. QTest's macros must not be used in the work: let it return what is to
+/// be compared.
 template <typename Work>
 auto vxRun(VXWhere theWhere, Work theWork)
 {
@@ -26,11 +30,19 @@ auto vxRun(VXWhere theWhere, Work theWork)
 
     decltype(theWork()) result{};
     QEventLoop loop;
-    std::thread worker([&] {
+    const auto workAndQuit = [&] {
         result = theWork();
         QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
-    });
-    loop.exec();
-    worker.join();
+    };
+    if (theWhere == VXWhere::QtThread) {
+        const std::unique_ptr<QThread> worker(QThread::create(workAndQuit));
+        worker->start();
+        loop.exec();
+        worker->wait();
+    } else {
+        std::thread worker(workAndQuit);
+        loop.exec();
+        worker.join();
+    }
     return result;
 }
