@@ -22,6 +22,7 @@
 #include <QtXml/QDomDocument>
 
 #include <array>
+#include <atomic>
 
 using namespace Qt::StringLiterals;
 
@@ -114,6 +115,35 @@ private:
     QNetworkReply& myReply;
     QByteArray myBody;
     QObject myContext; // ends the connection with this object
+};
+
+/// Remembers an abort() that comes while a request starts. The server may have the request before
+/// the reply is connected with that signal, so it would be lost.
+class AbortWatch
+{
+    Q_DISABLE_COPY_MOVE(AbortWatch)
+
+public:
+    explicit AbortWatch(const VXHttpOperation& theOperation)
+        : myConnection(QObject::connect(
+              &theOperation, &VXHttpOperation::abort, &theOperation,
+              [isAborted = myIsAborted] { *isAborted = true; }, Qt::DirectConnection))
+    {
+    }
+    ~AbortWatch() { QObject::disconnect(myConnection); }
+
+    /// Queued: the reply must not finish before somebody waits for it.
+    void handOn(QNetworkReply* theReply) const
+    {
+        if (theReply && *myIsAborted)
+            QMetaObject::invokeMethod(theReply, &QNetworkReply::abort, Qt::QueuedConnection);
+    }
+
+private:
+    // Shared with the thread that may be emitting the signal right now.
+    const std::shared_ptr<std::atomic<bool>> myIsAborted =
+        std::make_shared<std::atomic<bool>>(false);
+    const QMetaObject::Connection myConnection;
 };
 
 /// Qt takes a connection that ends within the body for the end of the body, more often than not.
@@ -330,15 +360,20 @@ QNetworkReply* VXHttpOperation::sendMultiPart()
 
 QNetworkReply* VXHttpOperation::startPayload()
 {
-    return VXNetworkAccessManager::threadInstance()->startHttp(
+    const AbortWatch watch(*this);
+    QNetworkReply* const reply = VXNetworkAccessManager::threadInstance()->startHttp(
         myOperation, myUrl, myPayload, myContentType.encode(), myProgressReceiver, myProgressSlot,
         this, myHeaders);
+    watch.handOn(reply);
+    return reply;
 }
 
 QNetworkReply* VXHttpOperation::startMultiPart()
 {
+    const AbortWatch watch(*this);
     QNetworkReply* const reply = VXNetworkAccessManager::threadInstance()->startHttp(
         myOperation, myUrl, myMultiPart.get(), myProgressReceiver, myProgressSlot, this, myHeaders);
+    watch.handOn(reply);
     if (reply && myMultiPart)
         myMultiPart.release()->setParent(reply);
     myMultiPart.reset();

@@ -30,7 +30,9 @@
 #include <QtXml/QDomDocument>
 
 #include <array>
+#include <functional>
 #include <memory>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -238,6 +240,14 @@ public:
         failedPaths.append(theFile.absoluteFilePath());
         failedSizes.append(theFile.size());
     }
+    QString mapTileHostFragment() const override
+    {
+        if (onStart)
+            onStart();
+        return {};
+    }
+
+    std::function<void()> onStart; // called while a request starts
     QStringList failedPaths;
     QList<qint64> failedSizes; // as the notice says
 };
@@ -340,6 +350,8 @@ private Q_SLOTS:
     void httpStatusGivesItsCode();
     void timeoutEndsAsCanceled();
     void abortFromAnotherThreadEndsTheRequest();
+    void abortDuringTheStartIsNotLost_data();
+    void abortDuringTheStartIsNotLost();
     void quitDuringTheWaitIsNoSuccess();
     void redirectIsFollowed();
     void unsupportedOperationIsNoReply();
@@ -864,6 +876,33 @@ void tst_VXHttpOperation::abortFromAnotherThreadEndsTheRequest()
     });
     QVERIFY(!operation.send());
     QCOMPARE(static_cast<int>(operation.errorStatus().errorCode()), 3505);
+}
+
+void tst_VXHttpOperation::abortDuringTheStartIsNotLost_data()
+{
+    QTest::addColumn<bool>("isMultiPart");
+    QTest::newRow("payload") << false;
+    QTest::newRow("multipart") << true;
+}
+
+void tst_VXHttpOperation::abortDuringTheStartIsNotLost()
+{
+    QFETCH(bool, isMultiPart);
+    VXRawPeer peer;
+    peer.setAnswer(VXRawAnswer().stall());
+    VXHttpOperation operation =
+        VXHttpOperation::create(peer.url(), QNetworkAccessManager::PostOperation);
+    if (isMultiPart)
+        operation.createMultiPart("d", u"n"_s, u"f"_s, {}, {});
+    operation.setTimeout(20);
+    myPlatform->onStart = [&operation] {
+        std::thread([&operation] { Q_EMIT operation.abort(); }).join();
+    };
+    const VXLogCapture log;
+    QVERIFY(!operation.send());
+    myPlatform->onStart = nullptr;
+    QCOMPARE(static_cast<int>(operation.errorStatus().errorCode()), 3505);
+    QCOMPARE(log.textsWith(u"TIMEOUT"_s), QStringList());
 }
 
 void tst_VXHttpOperation::quitDuringTheWaitIsNoSuccess()
