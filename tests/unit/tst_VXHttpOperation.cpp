@@ -20,6 +20,7 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QLocale>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTemporaryFile>
 #include <QtCore/QTimer>
@@ -1095,17 +1096,21 @@ void tst_VXHttpOperation::noticeOfAFailureKnowsTheFile()
 
 void tst_VXHttpOperation::failedTemporaryDownloadWarns()
 {
+    // Not the machine's: others download there at the same time, killed ones left files.
+    const QTemporaryDir folder;
+    const QByteArray usual = qgetenv("TMPDIR");
+    qputenv("TMPDIR", folder.path().toLocal8Bit());
+    const auto restore =
+        qScopeGuard([&usual] { usual.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", usual); });
+
     VXRawPeer peer;
     peer.setAnswer(VXRawAnswer::http(404));
     const VXLogCapture log;
     const QUrl url = peer.url(u"/a%20b"_s);
-    const auto temporaryFiles = [] {
-        return QDir(QDir::tempPath()).entryList({u"TOV_TEMPORARY_DOWNLOAD*"_s});
-    };
-    const QStringList before = temporaryFiles(); // a killed process may have left some
     QVERIFY(!VXHttpOperation::downloadToTemporaryFile(url));
     QCOMPARE(log.texts(QtWarningMsg).constLast(), u" file \"%1\" failed"_s.arg(url.toString()));
-    QCOMPARE(temporaryFiles(), before);
+    QCOMPARE(QDir::tempPath(), folder.path());
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList());
 }
 
 void tst_VXHttpOperation::multiPartFieldsComeInOrderOfNames()
