@@ -60,7 +60,7 @@ public Q_SLOTS:
     /// Lets the user choose the folder for photos.
     void chooseTargetFolder();
 
-    /// Appends text, HTML, to the hidden log.
+    /// Appends text, HTML, to the hidden log. Files that it names are not opened.
     void log(const QString& text);
 
     /// Shows another address, see VXLocalUploadService::urlChanged().
