@@ -143,8 +143,7 @@ void VXSampleWebPanel::createView()
     myViewPlace->addWidget(myView->nativeWidget());
     QWidget* const widget = myView->nativeWidget();
     widget->setMinimumHeight(120);
-    setTabOrder(myAddress, widget); // it came later than the parts below it
-    setTabOrder(widget, myScript);
+    connect(myView.get(), &VXWebView::loadFinished, this, &VXSampleWebPanel::placeViewInTabOrder);
     connect(qobject_cast<QWebEngineView*>(widget), &QWebEngineView::renderProcessTerminated, this,
             [this](QWebEnginePage::RenderProcessTerminationStatus theStatus) {
                 if (theStatus != QWebEnginePage::NormalTerminationStatus)
@@ -169,6 +168,17 @@ void VXSampleWebPanel::open(const QString& theAddress)
     } else {
         myResult->setText(tr("\"%1\" ist keine Adresse.").arg(theAddress));
     }
+}
+
+/// The view came later than the parts below it, and a page of another process brings another widget
+/// inside it, which has the keyboard.
+void VXSampleWebPanel::placeViewInTabOrder()
+{
+    QWidget* const page = myView->nativeWidget()->focusProxy();
+    if (!page)
+        return;
+    setTabOrder(myAddress, page);
+    setTabOrder(page, myScript);
 }
 
 void VXSampleWebPanel::showCrash()

@@ -34,6 +34,7 @@ private:
     void addScriptLine();
     void addNotice();
     void createView();
+    void placeViewInTabOrder();
     void showCrash();
     void reload();
     void open(const QString& theAddress);

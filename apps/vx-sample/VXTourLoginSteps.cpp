@@ -198,7 +198,7 @@ void showSupportPage(VXTourRun& theRun)
     theRun.expect(
         VXTourWebPage::waitUntilTrue(
             browser,
-            u"location.port == '1031' && document.body.innerText.trim() == '%1'"_s.arg(text)),
+            u"location.port == '1031' && document.body?.innerText.trim() == '%1'"_s.arg(text)),
         u"the browser does not show the support page"_s);
     theRun.expect(VXTourWebPage::waitUntilDrawn(browser), u"the page is not drawn"_s);
     theRun.photograph(&browser, u"24-support-page.png"_s);

@@ -11,7 +11,9 @@
 
 #include <QtCore/QTranslator>
 #include <QtGui/QImage>
+#include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWebEngineWidgets/QWebEngineView>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
@@ -28,6 +30,7 @@
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QTabWidget>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -83,6 +86,7 @@ private Q_SLOTS:
     void tabGoesThroughThePageAsOneReads_data();
     void tabGoesThroughThePageAsOneReads();
     void backTabGoesTheWayBack();
+    void webViewStandsBetweenAddressAndScript();
     void focusIsSeen_data();
     void focusIsSeen();
     void returnSends();
@@ -285,6 +289,22 @@ void tst_sample_keyboard::backTabGoesTheWayBack()
     QList<QWidget*> back = stopsOfTab(Qt::ShiftModifier);
     std::reverse(back.begin(), back.end());
     QCOMPARE(back, stopsOfTab(Qt::NoModifier));
+}
+
+/// The view is made later than the parts around it. In it, Tab goes from link to link first.
+void tst_sample_keyboard::webViewStandsBetweenAddressAndScript()
+{
+    mySample->openPage(u"Webinhalte"_s);
+    auto* const view = mySample->window().findChild<QWebEngineView*>();
+    QVERIFY(QSignalSpy(view, &QWebEngineView::loadFinished).wait(20'000));
+    const QWidget* const script = &part<QLineEdit>(u"scriptEdit"_s);
+    QList<const QWidget*> chain;
+    for (const QWidget* widget = &part<QLineEdit>(u"webAddressEdit"_s);
+         widget != script && chain.size() < 1000; widget = widget->nextInFocusChain())
+        chain << widget;
+    QVERIFY(std::ranges::any_of(chain, [view](const QWidget* theWidget) {
+        return theWidget == view || view->isAncestorOf(theWidget);
+    }));
 }
 
 void tst_sample_keyboard::focusIsSeen_data()
