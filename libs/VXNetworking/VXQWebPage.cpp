@@ -108,8 +108,11 @@ void VXQWebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel theLevel
 /// Pages are here to be read; a file that comes instead would end up where nobody looks for it.
 void VXQWebPage::refuseDownload(QWebEngineDownloadRequest* theDownload)
 {
-    if (theDownload->page() != this)
-        return; // each page of the profile is asked
+    // Each page of the profile is asked, and the first one refuses. The request is not asked for its
+    // page: Qt 6.4 crashes there when the page has gone on to another address meanwhile.
+    if (theDownload->state() != QWebEngineDownloadRequest::DownloadRequested)
+        return;
     theDownload->cancel();
+    theDownload->deleteLater(); // the profile would keep it until its own end
     qWarning().noquote() << "Download refused:" << origin(theDownload->url());
 }

@@ -32,7 +32,7 @@ http {
     fastcgi_temp_path temp/fastcgi;
     uwsgi_temp_path temp/uwsgi;
     scgi_temp_path temp/scgi;
-    types { text/plain txt; application/json json; text/xml xml; }
+    types { text/plain txt; text/html html; text/javascript js; application/json json; text/xml xml; }
     default_type application/octet-stream;
     gzip on;
     gzip_min_length 1;
