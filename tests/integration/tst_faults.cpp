@@ -161,6 +161,8 @@ QList<Row> transportRows()
          u"0"_s},
         {u"close within a body of known length"_s, get(u"/close-in-body"_s), u"200"_s, u"3502"_s,
          temporary, u"4"_s},
+        {u"close at once within a body of known length"_s, get(u"/close-in-body-at-once"_s),
+         u"200"_s, u"3502"_s, temporary, u"4"_s},
         {u"reset within a body of known length"_s, get(u"/reset-in-body"_s), u"200"_s, u"3502"_s,
          temporary, u"4"_s},
         {u"close within a chunk"_s, get(u"/close-in-chunk"_s), u"200"_s, u"0 or 3502"_s,

@@ -303,7 +303,13 @@ void tst_upload_hostile::noAddressReadsAnotherFile()
 void tst_upload_hostile::noFileNameLeavesTheFolder()
 {
     VXGapMeter meter;
+    // Those with a suffix lead to places where a file could be made.
     const QByteArrayList names{"../x",
+                               "../x.jpg",
+                               "..%2Fx.jpg",
+                               "%2e%2e%2fx.jpg",
+                               "link%2Fx.jpg",
+                               "folder%2F..%2F..%2Fx.jpg",
                                "..%2Fx",
                                "%2Ftmp%2Fx",
                                "..%5Cx",
@@ -325,7 +331,8 @@ void tst_upload_hostile::noFileNameLeavesTheFolder()
                                "con",
                                "x.",
                                "..%2F..%2F..%2F..%2F..%2F..%2Ftmp%2Fx.jpg"};
-    QDir().mkpath(path(u"target"_s));
+    QDir().mkpath(path(u"target/folder"_s));
+    QVERIFY(QFile::link(path(u"assets"_s), path(u"target/link"_s)));
     const QMap<QString, QByteArray> before = snapshot(myFolder->path());
     const int stored = asPhone([&] {
         admit();

@@ -136,6 +136,7 @@ const QHash<QByteArray, Maker>& transportFaults()
         {"close-before-answer", always(Answer().close())},
         {"reset-before-answer", always(Answer().reset())},
         {"close-in-body", always(Answer().send(lengthHead + "half").pause(moment).close())},
+        {"close-in-body-at-once", always(Answer().send(lengthHead + "half").close())},
         {"reset-in-body", always(Answer().send(lengthHead + "half").pause(moment).reset())},
         {"close-in-chunk", always(Answer().send(chunkHead + "9\r\nhalf").pause(moment).close())},
         {"reset-in-chunk", always(Answer().send(chunkHead + "9\r\nhalf").pause(moment).reset())},
