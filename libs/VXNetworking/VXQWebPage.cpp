@@ -108,8 +108,8 @@ void VXQWebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel theLevel
 /// Pages are here to be read; a file that comes instead would end up where nobody looks for it.
 void VXQWebPage::refuseDownload(QWebEngineDownloadRequest* theDownload)
 {
-    // Each page of the profile is asked, and the first one refuses. The request is not asked for its
-    // page: Qt 6.4 crashes there when the page has gone on to another address meanwhile.
+    // Each page of the profile is asked, and the first one refuses. The request is not asked for
+    // its page: Qt 6.4 crashes there when the page has gone on to another address meanwhile.
     if (theDownload->state() != QWebEngineDownloadRequest::DownloadRequested)
         return;
     theDownload->cancel();
