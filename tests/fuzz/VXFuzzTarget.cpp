@@ -2,8 +2,9 @@
 
 #include "VXTestEnvironment.h"
 
-#include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QGuiApplication>
 
 #include <array>
 #include <bit>
@@ -44,7 +45,7 @@ public:
     int argumentCount = 1;
     char name[8] = "vx-fuzz";
     char* arguments[2] = {name, nullptr};
-    const QCoreApplication application{argumentCount, arguments};
+    const QGuiApplication application{argumentCount, arguments};
 };
 
 Surroundings& surroundings()

@@ -15,7 +15,8 @@ class VXFuzzTarget
 public:
     VXFuzzTarget() = delete;
 
-    /// An application object in a private home, and no log. The first call does it.
+    /// An application object, a graphical one as a host has it, in a private home, and no log. The
+    /// first call does it.
     static void prepare();
 
     /// A folder of this process that vanishes with it.
