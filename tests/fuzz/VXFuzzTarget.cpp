@@ -95,6 +95,9 @@ void VXFuzzTarget::planted([[maybe_unused]] bool theIsReached)
 
 void VXFuzzTarget::saw(const char* theKind, qint64 theValue)
 {
+    static const bool ourIsIgnored = qEnvironmentVariableIsSet("VX_FUZZ_BRANCHES_ONLY");
+    if (ourIsIgnored)
+        return;
     constexpr quint64 single = 32;
     const auto value = static_cast<quint64>(theValue);
     const size_t slot = value < single ? value : single + std::bit_width(value);

@@ -35,7 +35,8 @@ public:
 
     /// Tells the search what came back from Qt, which is not instrumented: a case whose outcome no
     /// earlier one had is kept. theKind is a word of the target's; each value up to 31 counts by
-    /// itself, larger ones by their number of bits.
+    /// itself, larger ones by their number of bits. Nothing counts when VX_FUZZ_BRANCHES_ONLY is
+    /// set.
     static void saw(const char* theKind, qint64 theValue);
 
     static QByteArray input(const uint8_t* theData, size_t theSize);
