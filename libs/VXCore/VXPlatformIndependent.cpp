@@ -22,7 +22,8 @@ const VXDeploymentConfig& deployment()
 
 bool isApplicationThread()
 {
-    return qApp && QThread::currentThread() == qApp->thread();
+    const QCoreApplication* const application = QCoreApplication::instance();
+    return application && QThread::currentThread() == application->thread();
 }
 
 } // namespace

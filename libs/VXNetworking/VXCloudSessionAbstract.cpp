@@ -18,9 +18,11 @@ bool VXCloudSessionAbstract::doubleOptInPending() const
 
 void VXCloudSessionAbstract::setLogoutOnClose(bool theIsOn)
 {
-    disconnect(qApp, &QCoreApplication::aboutToQuit, this, &VXCloudSessionAbstract::close);
+    disconnect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+               &VXCloudSessionAbstract::close);
     if (theIsOn)
-        connect(qApp, &QCoreApplication::aboutToQuit, this, &VXCloudSessionAbstract::close);
+        connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+                &VXCloudSessionAbstract::close);
 }
 
 bool VXCloudSessionAbstract::changeToSecureSession(const QString& thePassword)

@@ -386,10 +386,11 @@ void VXLocalUploadService::logHostNames(const QHttpServerRequest& theRequest)
 void VXLocalUploadService::logHostName(const QHostAddress& theAddress, const QString& thePrefix)
 {
     const QPointer<VXLocalUploadService> self(this);
-    QHostInfo::lookupHost(theAddress.toString(), qApp, [self, thePrefix](const QHostInfo& theInfo) {
-        if (self)
-            self->log(thePrefix + theInfo.hostName());
-    });
+    QHostInfo::lookupHost(theAddress.toString(), QCoreApplication::instance(),
+                          [self, thePrefix](const QHostInfo& theInfo) {
+                              if (self)
+                                  self->log(thePrefix + theInfo.hostName());
+                          });
 }
 
 QHostAddress VXLocalUploadService::localAddress(const QHttpServerRequest& theRequest) const

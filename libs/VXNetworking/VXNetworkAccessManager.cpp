@@ -244,8 +244,9 @@ VXNetworkAccessManager::~VXNetworkAccessManager()
 
 bool VXNetworkAccessManager::isInApplicationThread() const
 {
-    Q_ASSERT_X(qApp, Q_FUNC_INFO, "needs an application object");
-    return !qApp || thread() == qApp->thread();
+    const QCoreApplication* const application = QCoreApplication::instance();
+    Q_ASSERT_X(application, Q_FUNC_INFO, "needs an application object");
+    return !application || thread() == application->thread();
 }
 
 bool VXNetworkAccessManager::doNotTrack() const

@@ -19,11 +19,12 @@ std::atomic<bool> VXNetworkAccessManagerSignalDispatcher::ourIsEnding = false;
 
 VXNetworkAccessManagerSignalDispatcher::VXNetworkAccessManagerSignalDispatcher()
 {
-    Q_ASSERT_X(qApp, Q_FUNC_INFO, "needs an application object");
-    if (!qApp)
+    const QCoreApplication* const application = QCoreApplication::instance();
+    Q_ASSERT_X(application, Q_FUNC_INFO, "needs an application object");
+    if (!application)
         return;
-    moveToThread(qApp->thread());
-    connect(qApp, &QCoreApplication::aboutToQuit, this,
+    moveToThread(application->thread());
+    connect(application, &QCoreApplication::aboutToQuit, this,
             &VXNetworkAccessManagerSignalDispatcher::declineOpenQuestions);
 }
 
