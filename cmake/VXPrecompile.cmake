@@ -1,7 +1,8 @@
 # Headers of Qt and the standard library that most sources include, read once for all of them.
 #
 # The sanitizer presets only: in the others each source is read with its own includes alone, so a
-# missing one shows there. Never a header of this project, which would rebuild everything.
+# missing one shows there. Never a header of this project, which would rebuild everything, nor one of
+# QGuiApplication or QApplication: it makes qApp a cast to that class in every source.
 
 option(VX_PRECOMPILE_HEADERS "Read Qt's headers once instead of in each source" OFF)
 
@@ -19,9 +20,8 @@ set(vx_frequent_headers
     <QtCore/QTemporaryDir> <QtCore/QTimer> <QtCore/QUrlQuery>
     <QtNetwork/QHttpMultiPart> <QtNetwork/QNetworkProxy> <QtNetwork/QNetworkReply>
     <QtNetwork/QSslConfiguration> <QtNetwork/QTcpServer> <QtNetwork/QTcpSocket>
-    <QtWidgets/QApplication> <QtWidgets/QDialogButtonBox> <QtWidgets/QLabel>
-    <QtWidgets/QLineEdit> <QtWidgets/QMessageBox> <QtWidgets/QPushButton>
-    <QtWidgets/QVBoxLayout>)
+    <QtWidgets/QDialogButtonBox> <QtWidgets/QLabel> <QtWidgets/QLineEdit>
+    <QtWidgets/QMessageBox> <QtWidgets/QPushButton> <QtWidgets/QVBoxLayout>)
 
 # A library reads them for itself: its visibility differs.
 function(vx_precompile_headers library)
