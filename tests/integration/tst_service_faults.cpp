@@ -435,7 +435,8 @@ void tst_service_faults::aStrangerOnTheChannel()
     const bool isSettled = QTest::qWaitFor(
         [&] {
             growth = VXHoldings::now().since(before);
-            return growth.descriptors <= 0 && growth.memory <= mostGrowth;
+            return growth.descriptors <= 0 &&
+                   (!VXHoldings::isMemoryMeasurable || growth.memory <= mostGrowth);
         },
         20000);
     qInstallMessageHandler(handler);
