@@ -133,9 +133,10 @@ Exchange get(const QString& thePath, const QString& thePort = u"plain"_s)
     return {.port = thePort, .path = thePath};
 }
 
-Exchange impatient(const QString& thePath, const QString& thePort = u"plain"_s)
+/// theTimeout in seconds. One is enough where nothing is to come before.
+Exchange impatient(const QString& thePath, const QString& thePort = u"plain"_s, int theTimeout = 1)
 {
-    return {.port = thePort, .path = thePath, .timeout = 1};
+    return {.port = thePort, .path = thePath, .timeout = theTimeout};
 }
 
 Exchange post(const QString& thePath, qsizetype thePayload)
@@ -187,10 +188,10 @@ QList<Row> transportRows()
          unrecoverable, u"0"_s},
         {u"stall within the headers"_s, impatient(u"/stall-in-headers"_s), u"0"_s, u"3505"_s,
          unrecoverable, u"0"_s},
-        {u"stall within the body"_s, impatient(u"/stall-in-body"_s), u"200"_s, u"3505"_s,
-         unrecoverable, u"0"_s},
-        {u"slow drip, longer than the time-out"_s, impatient(u"/slow-drip"_s), u"200"_s, u"3505"_s,
-         unrecoverable, u"0"_s},
+        {u"stall within the body"_s, impatient(u"/stall-in-body"_s, u"plain"_s, 4), u"200"_s,
+         u"3505"_s, unrecoverable, u"0"_s},
+        {u"slow drip, longer than the time-out"_s, impatient(u"/slow-drip"_s, u"plain"_s, 4),
+         u"200"_s, u"3505"_s, unrecoverable, u"0"_s},
         {u"time-out 0"_s, atOnce, u"0"_s, u"3505"_s, unrecoverable, u"0"_s},
         {u"time-out negative: no limit"_s, unlimited, u"200"_s, u"0"_s, none, u"2"_s},
         {u"idle connection closed, then GET"_s, getAgain, u"200"_s, u"0"_s, none, u"2"_s},

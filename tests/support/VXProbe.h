@@ -23,7 +23,7 @@ public:
     /// printed lines; one line that begins with "PROBE FAILED" when it did not end with status 0
     /// in time.
     static QStringList run(const QString& theName,
-                           std::chrono::milliseconds theTime = std::chrono::seconds(30));
+                           std::chrono::milliseconds theTime = std::chrono::seconds(60));
 
     /// The probe that the command line names; null when this is the test run itself.
     static Function wanted(int theArgumentCount, char* theArguments[],
