@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
+/// Each question has a fresh asker until it is as expected: on a busy computer an answer may miss
+/// the time limit, and then its asker leaves the service alone.
 class tst_VXDBusService : public QObject
 {
     Q_OBJECT
@@ -35,33 +37,41 @@ void tst_VXDBusService::initTestCase()
 
 void tst_VXDBusService::theFirstValueOfAnAnswerIsReturned()
 {
-    VXDBusService service(QDBusConnection::systemBus(), u"org.freedesktop.NetworkManager"_s);
-    QVERIFY(service.begin());
-    const auto device =
-        service.call(u"/org/freedesktop/NetworkManager"_s, u"org.freedesktop.NetworkManager"_s,
-                     u"GetDeviceByIpIface"_s, {u"eth0"_s});
-    QVERIFY(device);
-    QCOMPARE(device->value<QDBusObjectPath>().path(),
-             u"/org/freedesktop/NetworkManager/Devices/0"_s);
+    const auto device = [] {
+        VXDBusService service(QDBusConnection::systemBus(), u"org.freedesktop.NetworkManager"_s);
+        if (!service.begin())
+            return QString();
+        const auto answer =
+            service.call(u"/org/freedesktop/NetworkManager"_s, u"org.freedesktop.NetworkManager"_s,
+                         u"GetDeviceByIpIface"_s, {u"eth0"_s});
+        return answer ? answer->value<QDBusObjectPath>().path() : QString();
+    };
+    QTRY_COMPARE(device(), u"/org/freedesktop/NetworkManager/Devices/0"_s);
 }
 
 void tst_VXDBusService::aPropertyIsReadWithoutItsWrapping()
 {
-    VXDBusService service(QDBusConnection::systemBus(), u"org.freedesktop.NetworkManager"_s);
-    QVERIFY(service.begin());
-    QCOMPARE(service.property(u"/org/freedesktop/NetworkManager/Devices/0"_s,
-                              u"org.freedesktop.NetworkManager.Device"_s, u"DeviceType"_s),
-             std::optional<QVariant>(1U));
+    const auto type = [] {
+        VXDBusService service(QDBusConnection::systemBus(), u"org.freedesktop.NetworkManager"_s);
+        return service.begin()
+                   ? service.property(u"/org/freedesktop/NetworkManager/Devices/0"_s,
+                                      u"org.freedesktop.NetworkManager.Device"_s, u"DeviceType"_s)
+                   : std::nullopt;
+    };
+    QTRY_COMPARE(type(), std::optional<QVariant>(1U));
 }
 
 void tst_VXDBusService::anErrorGivesNothing()
 {
-    VXDBusService service(QDBusConnection::systemBus(), u"org.freedesktop.NetworkManager"_s);
-    QVERIFY(service.begin());
-    QVERIFY(!service.call(u"/nowhere"_s, u"no.such.Interface"_s, u"Nothing"_s));
-    QVERIFY(!service.property(u"/org/freedesktop/NetworkManager/Devices/0"_s,
-                              u"org.freedesktop.NetworkManager.Device"_s, u"NoSuchThing"_s));
-    QVERIFY(service.begin()); // an error is no reason to leave it alone
+    const auto isErrorNoReasonToLeaveItAlone = [] {
+        VXDBusService service(QDBusConnection::systemBus(), u"org.freedesktop.NetworkManager"_s);
+        return service.begin() &&
+               !service.call(u"/nowhere"_s, u"no.such.Interface"_s, u"Nothing"_s) &&
+               !service.property(u"/org/freedesktop/NetworkManager/Devices/0"_s,
+                                 u"org.freedesktop.NetworkManager.Device"_s, u"NoSuchThing"_s) &&
+               service.begin();
+    };
+    QTRY_VERIFY(isErrorNoReasonToLeaveItAlone());
 }
 
 void tst_VXDBusService::beforeTheChainBeginsNothingIsAsked()
@@ -73,10 +83,12 @@ void tst_VXDBusService::beforeTheChainBeginsNothingIsAsked()
 
 void tst_VXDBusService::anAbsentServiceIsNotStartedAndMayBeAskedAgain()
 {
-    VXDBusService service(QDBusConnection::systemBus(), u"org.example.Absent"_s);
-    QVERIFY(service.begin());
-    QVERIFY(!service.call(u"/"_s, u"org.example.Absent"_s, u"Anything"_s));
-    QVERIFY(service.begin());
+    const auto mayBeAskedAgain = [] {
+        VXDBusService service(QDBusConnection::systemBus(), u"org.example.Absent"_s);
+        return service.begin() && !service.call(u"/"_s, u"org.example.Absent"_s, u"Anything"_s) &&
+               service.begin();
+    };
+    QTRY_VERIFY(mayBeAskedAgain());
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_VXDBusService)

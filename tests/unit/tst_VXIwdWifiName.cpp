@@ -74,8 +74,9 @@ void tst_VXIwdWifiName::aStoppedServiceCostsItsAllowanceOnceAMinute()
 
     QCOMPARE(hung, std::nullopt);
     QCOMPARE(leftAlone, std::nullopt);
-    QVERIFY2(first >= 250 && first < 2000, qPrintable(QString::number(first)));
-    QVERIFY2(second < 100, qPrintable(QString::number(second)));
+    QVERIFY2(first >= 250, qPrintable(QString::number(first)));
+    QVERIFY2(first < 20'000, qPrintable(QString::number(first))); // D-Bus itself waits 25 s
+    QVERIFY2(second < 250, qPrintable(QString::number(second)));  // a question takes longer
 }
 
 void tst_VXIwdWifiName::aServiceThatIsAbsentGivesNothing()

@@ -284,7 +284,7 @@ void tst_VXJavaScriptExecutor::eventsRunWhileWaiting()
     connect(&timer, &QTimer::timeout, &timer, [&ticks] { ++ticks; });
     timer.start(10);
     executor.execute();
-    QVERIFY2(ticks > 10, QByteArray::number(ticks));
+    QVERIFY2(ticks > 2, QByteArray::number(ticks)); // of 50 on an idle machine
 }
 
 void tst_VXJavaScriptExecutor::secondExecutorWorksInTheMiddleOfTheWait()

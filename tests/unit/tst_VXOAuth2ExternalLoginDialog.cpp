@@ -657,9 +657,9 @@ void tst_VXOAuth2ExternalLoginDialog::reluctantReaderDelaysTheEndByOneSecondAtMo
     const qint64 delay = sinceAccept.elapsed();
     dialog.reset();
 
-    QVERIFY2(delay >= 900, QByteArray::number(delay)); // or the stranger was no burden
-    QVERIFY2(delay < 3000, QByteArray::number(delay));
-    QCOMPARE(curl->result().size(), page.size()); // who does read is not kept waiting
+    QVERIFY2(delay >= 900, QByteArray::number(delay));  // or the stranger was no burden
+    QVERIFY2(delay < 15000, QByteArray::number(delay)); // or it waits for the stranger
+    QCOMPARE(curl->result().size(), page.size());       // who does read is not kept waiting
 }
 
 void tst_VXOAuth2ExternalLoginDialog::parentMayDieDuringExec()
