@@ -52,9 +52,8 @@ private:
 
 std::optional<quint16> familyNumber(const Socket& theSocket)
 {
-    VXNetlinkMessage question(GENL_ID_CTRL, CTRL_CMD_GETFAMILY);
-    question.append(CTRL_ATTR_FAMILY_NAME, QByteArrayView(NL80211_GENL_NAME "\0"));
-    const std::optional<VXNetlinkMessage> answer = theSocket.ask(question);
+    const std::optional<VXNetlinkMessage> answer =
+        theSocket.ask(VXNl80211WifiName::familyQuestion());
     if (!answer)
         return std::nullopt;
     const std::optional<QByteArray> number = answer->attribute(CTRL_ATTR_FAMILY_ID);
@@ -87,6 +86,16 @@ std::optional<QString> VXNl80211WifiName::wifiName(const QString& theInterface)
     if (!answer)
         return std::nullopt;
     return nameIn(*answer);
+}
+
+VXNetlinkMessage VXNl80211WifiName::familyQuestion()
+{
+    VXNetlinkMessage question(GENL_ID_CTRL, CTRL_CMD_GETFAMILY);
+    // With the NUL at its end, which a view of a literal leaves out: the kernel refuses the
+    // question without.
+    question.append(CTRL_ATTR_FAMILY_NAME,
+                    QByteArrayView(NL80211_GENL_NAME, sizeof NL80211_GENL_NAME));
+    return question;
 }
 
 QString VXNl80211WifiName::nameIn(const VXNetlinkMessage& theAnswer)

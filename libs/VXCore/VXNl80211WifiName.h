@@ -16,6 +16,9 @@ public:
     /// not wireless, is unknown, or the kernel has no wireless subsystem.
     [[nodiscard]] std::optional<QString> wifiName(const QString& theInterface) override;
 
+    /// What the kernel is asked first: the number of its family "nl80211".
+    [[nodiscard]] static VXNetlinkMessage familyQuestion();
+
     /// The name in the kernel's answer to "get interface", as wifiName() returns it.
     [[nodiscard]] static QString nameIn(const VXNetlinkMessage& theAnswer);
 };
