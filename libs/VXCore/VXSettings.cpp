@@ -59,10 +59,10 @@ bool VXSettings::doesEntryExist(const QString& theKey) const
 
 void VXSettings::deleteEntry(const QString& theKey)
 {
+    const VXSettingsLock lock;
     // Without an entry of that name the store would delete the group of that name.
     if (!doesEntryExist(theKey))
         return;
-    const VXSettingsLock lock;
     VXSettingsStore::instance().remove(fullKey(theKey));
 }
 

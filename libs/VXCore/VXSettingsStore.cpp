@@ -61,7 +61,7 @@ void warnThatUnwritable(const QString& theFile)
     qWarning().noquote() << theFile + ": the settings cannot be written"_L1;
 }
 
-bool sync(QSettings* theSettings)
+bool sync(std::unique_ptr<QSettings>& theSettings)
 {
     if (!theSettings)
         return true;
@@ -69,6 +69,9 @@ bool sync(QSettings* theSettings)
     if (theSettings->status() != QSettings::AccessError)
         return true;
     warnThatUnwritable(theSettings->fileName());
+    // It would report this failure for ever. The next one takes the unwritten changes over: Qt
+    // keeps them by the file's name.
+    theSettings.reset();
     return false;
 }
 
@@ -100,8 +103,8 @@ bool VXSettingsStore::flush()
         return true;
     myIsChanged = false;
     myPendingSize = 0;
-    const bool isUserWritten = sync(myUser.get());
-    return sync(myMachine.get()) && isUserWritten;
+    const bool isUserWritten = sync(myUser);
+    return sync(myMachine) && isUserWritten;
 }
 
 QString VXSettingsStore::userFile()

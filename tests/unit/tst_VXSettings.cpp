@@ -66,6 +66,7 @@ private Q_SLOTS:
     void storeThatCannotBeWrittenSaysSo_data();
     void storeThatCannotBeWrittenSaysSo();
     void fullDiskIsReported();
+    void folderThatComesBackIsWrittenAgain();
     void garbageInTheFileLosesNoEntry();
     void otherProcessesEntriesAreKept();
     void machineWideEntryIsNotTheUsersOwn();
@@ -268,6 +269,26 @@ void tst_VXSettings::fullDiskIsReported()
     QCOMPARE(setrlimit(RLIMIT_FSIZE, &former), 0);
     QVERIFY(!isWritten);
     QCOMPARE(content(VXSettings::storeFile()), "[General]\nkey=before\n"_ba);
+}
+
+void tst_VXSettings::folderThatComesBackIsWrittenAgain()
+{
+    const QString folder = myFolder->filePath(u"folder"_s);
+    const QString away = myFolder->filePath(u"away"_s);
+    VXSettings::setStoreFile(folder + u"/settings.ini"_s);
+    VXSettings settings;
+    QVERIFY(settings.writeEntry(u"before"_s, 1));
+    {
+        const VXSettingsLock lock;
+        QVERIFY(settings.writeEntry(u"meanwhile"_s, 2));
+        QVERIFY(QDir().rename(folder, away));
+        write(folder, "x"); // else it would be made again
+    }
+    QVERIFY(QFile::remove(folder));
+    QVERIFY(QDir().rename(away, folder));
+
+    QVERIFY(settings.writeEntry(u"after"_s, 3));
+    QCOMPARE(content(VXSettings::storeFile()), "[General]\nafter=3\nbefore=1\nmeanwhile=2\n"_ba);
 }
 
 void tst_VXSettings::garbageInTheFileLosesNoEntry()
