@@ -16,7 +16,7 @@ class QDBusConnection;
 ///
 /// Calls block, but all calls since begin() together at most 300 ms. A service that let us wait
 /// that long is left alone for a minute: a hung one would otherwise freeze the caller again and
-/// again. Use it on one thread.
+/// again. For one thread at a time.
 class VXCORE_EXPORT VXDBusService
 {
     Q_DISABLE_COPY_MOVE(VXDBusService)

@@ -11,7 +11,7 @@ class VXWifiNameSource;
 
 /// Asks several sources for the name of a wireless network, one after the other.
 ///
-/// Use it on one thread only; the sources remember which service did not answer.
+/// For one thread at a time: the sources remember which service did not answer.
 class VXCORE_EXPORT VXWifiNameQuery
 {
     Q_DISABLE_COPY_MOVE(VXWifiNameQuery)
