@@ -36,9 +36,9 @@ public:
     {
         return mySettings->value(theKey, QString()).toString();
     }
-    void write(QLatin1StringView theKey, const QString& theText)
+    bool write(QLatin1StringView theKey, const QString& theText)
     {
-        mySettings->writeEntry(theKey, theText, false);
+        return mySettings->writeEntry(theKey, theText, false);
     }
     void erase(QLatin1StringView theKey) { mySettings->deleteEntry(theKey); }
 
@@ -132,8 +132,8 @@ void VXCredentials::load(const QString& theGroup)
     } else {
         // The old form; also without it, so that the entry stands from now on.
         setPassword(VXEncoder::decodeString(group.text(oldPasswordKey)));
-        group.erase(oldPasswordKey);
-        group.write(passwordKey, myEncryptedPassword);
+        if (group.write(passwordKey, myEncryptedPassword))
+            group.erase(oldPasswordKey); // not before: it may be the only copy
     }
 }
 

@@ -121,8 +121,8 @@ public:
     [[nodiscard]] VXCredentials strippedForRefresh() const;
 
     /// Reads from a group of the application's settings. Of a refresh token, a password and the
-    /// password's old form the first that is there counts; the old form is rewritten at once.
-    /// Fields that are not read keep their values.
+    /// password's old form the first that is there counts; the old form is rewritten at once, and
+    /// stays when that fails. Fields that are not read keep their values.
     void load(const QString& theGroup);
 
     /// Writes the user name, and either a valid refresh token or the password; a valid token drives

@@ -6,10 +6,12 @@
 #include <VXCore/VXSettingsLock.h>
 #include <VXCore/VXSingleton.h>
 
+#include "VXFileSizeLimit.h"
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QUrl>
 
 #include <thread>
@@ -84,6 +86,7 @@ private Q_SLOTS:
     void anEmptyStoredTokenCountsToo();
     void aStoredPasswordIsLoadedUnchanged();
     void theOldPasswordIsMigrated();
+    void theOldPasswordStaysUntilTheNewFormIsStored();
     void anEmptyGroupIsMigratedToo();
     void aMalformedTimeoutGivesTheEpoch();
     void fieldsThatAreNotReadKeepTheirValues();
@@ -368,6 +371,20 @@ void tst_VXCredentials::theOldPasswordIsMigrated()
     QCOMPARE(credentials.password(), u"altes Paßwort"_s);
     QVERIFY(!has(u"password"_s));
     QCOMPARE(stored(u"pwd"_s), credentials.encryptedPassword());
+}
+
+void tst_VXCredentials::theOldPasswordStaysUntilTheNewFormIsStored()
+{
+    store(u"password"_s, VXEncoder::encodeString(u"altes Paßwort"_s));
+    VXCredentials credentials;
+    {
+        // Room for a file that loses an entry, none for one that gets another.
+        const VXFileSizeLimit limit(QFileInfo(VXSettings::storeFile()).size() + 4096);
+        credentials.load(QString::fromLatin1(group));
+    }
+    QCOMPARE(credentials.password(), u"altes Paßwort"_s);
+    QVERIFY(has(u"password"_s));
+    QVERIFY(!has(u"pwd"_s));
 }
 
 void tst_VXCredentials::anEmptyGroupIsMigratedToo()

@@ -3,6 +3,7 @@
 #include <VXCore/VXSingleton.h>
 
 #include "VXCoreProcess.h"
+#include "VXFileSizeLimit.h"
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
@@ -12,9 +13,7 @@
 #include <QtCore/QScopeGuard>
 #include <QtCore/QTemporaryDir>
 
-#include <csignal>
 #include <memory>
-#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
@@ -260,14 +259,10 @@ void tst_VXSettings::fullDiskIsReported()
 {
     VXSettings settings;
     QVERIFY(settings.writeEntry(u"key"_s, u"before"_s));
-    std::signal(SIGXFSZ, SIG_IGN); // the write fails instead
-    rlimit former{};
-    QCOMPARE(getrlimit(RLIMIT_FSIZE, &former), 0);
-    const rlimit none{64, former.rlim_max};
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &none), 0);
-    const bool isWritten = settings.writeEntry(u"key"_s, QString(100'000, u'x'));
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &former), 0);
-    QVERIFY(!isWritten);
+    {
+        const VXFileSizeLimit full(64);
+        QVERIFY(!settings.writeEntry(u"key"_s, QString(100'000, u'x')));
+    }
     QCOMPARE(content(VXSettings::storeFile()), "[General]\nkey=before\n"_ba);
 }
 
