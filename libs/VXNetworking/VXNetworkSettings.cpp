@@ -110,6 +110,11 @@ void VXNetworkSettings::changeProxy(Change theChange)
     myProxy.setValue(changed);
 }
 
+void VXNetworkSettings::setProxy(const QNetworkProxy& theProxy)
+{
+    changeProxy([&theProxy](QNetworkProxy& theChanged) { theChanged = theProxy; });
+}
+
 void VXNetworkSettings::setProxyUser(const QString& theUser)
 {
     changeProxy([&theUser](QNetworkProxy& theProxy) { theProxy.setUser(theUser); });
@@ -177,13 +182,12 @@ void VXNetworkSettings::loadProxyTheOldWay()
 {
     const VXSettingsLock lock;
     setProxyChoice(VXProxyChoice().decode(value(u"HttpProxyChoice"_s, u""_s).toString()));
-    const QNetworkProxy old = readOldProxy();
-    if (old != proxy())
-        changeProxy([&old](QNetworkProxy& theProxy) { theProxy = old; });
+    setProxy(readOldProxy());
 
+    if (!writeNetworkGroup())
+        return; // the old keys are all there is
     for (const char* key : oldKeys)
         deleteEntry(QString::fromLatin1(key));
-    writeNetworkGroup();
 }
 
 QNetworkProxy VXNetworkSettings::readOldProxy() const
@@ -200,7 +204,7 @@ QNetworkProxy VXNetworkSettings::readOldProxy() const
     return old;
 }
 
-void VXNetworkSettings::writeNetworkGroup()
+bool VXNetworkSettings::writeNetworkGroup()
 {
     QMutexLocker locker(&myMutex);
     const QString choice = myProxyChoice.encode();
@@ -208,9 +212,10 @@ void VXNetworkSettings::writeNetworkGroup()
     locker.unlock();
 
     beginGroup(u"Network"_s);
-    writeEntry(u"ProxyChoice"_s, choice);
-    item.save(*this);
+    const bool isChoiceWritten = writeEntry(u"ProxyChoice"_s, choice);
+    const bool isProxyWritten = item.save(*this);
     endGroup();
+    return isChoiceWritten && isProxyWritten;
 }
 
 QList<QNetworkProxy> VXNetworkSettings::proxyForQuery(const QNetworkProxyQuery& theQuery) const

@@ -57,6 +57,10 @@ public:
     [[nodiscard]] VXProxyChoice proxyChoice() const;
 
     // The setters change the value in memory; saveSettings() keeps it.
+
+    /// The whole proxy at once: no request sees the host of one with the password of another.
+    void setProxy(const QNetworkProxy& theProxy);
+
     /// An empty text means no login.
     void setProxyUser(const QString& theUser);
 
@@ -84,8 +88,8 @@ public:
     /// Reads the group "Network".
     void loadProxy();
 
-    /// Reads the seven top-level keys of old versions, deletes them and writes the group "Network"
-    /// at once.
+    /// Reads the seven top-level keys of old versions, writes the group "Network" at once and
+    /// deletes them; they stay when it cannot be written.
     void loadProxyTheOldWay();
 
     /// The proxies to try for a connection, in order; never empty. A choice that is none of the
@@ -105,7 +109,7 @@ private:
     template <typename Change>
     void changeProxy(Change theChange);
     [[nodiscard]] QNetworkProxy readOldProxy() const;
-    void writeNetworkGroup();
+    bool writeNetworkGroup();
 
     mutable QMutex myMutex;      // guards the two below; held only to copy them
     VXProxyChoice myProxyChoice; // none

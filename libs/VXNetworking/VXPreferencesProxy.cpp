@@ -185,12 +185,11 @@ void VXPreferencesProxy::readFromConfig()
 void VXPreferencesProxy::writeToConfig()
 {
     auto* settings = VXSingleton<VXNetworkSettings>::instance();
-    settings->setProxyHostName(proxy());
-    settings->setProxyPort(port());
+    // As a whole, and before the choice: a request that begins now must not take a new host for
+    // the old one's password.
+    settings->setProxy(QNetworkProxy(proxyType(), proxy(), static_cast<quint16>(port()),
+                                     proxyLogin(), proxyPassword()));
     settings->setProxyChoice(choice());
-    settings->setProxyType(proxyType());
-    settings->setProxyUser(proxyLogin());
-    settings->setProxyPassword(proxyPassword());
     settings->saveSettings();
 }
 

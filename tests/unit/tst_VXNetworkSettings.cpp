@@ -1,5 +1,6 @@
 #include <VXNetworking/VXNetworkSettings.h>
 
+#include "VXFileSizeLimit.h"
 #include "VXLogCapture.h"
 #include "VXProbe.h"
 #include "VXTestMain.h"
@@ -79,6 +80,14 @@ int saveDefaults()
     return 0;
 }
 
+/// Reads the settings while the disk has room for a file that loses an entry, but for none that
+/// gets another.
+int printWithoutRoom()
+{
+    const VXFileSizeLimit limit(QFileInfo(VXSettings::storeFile()).size() + 4096);
+    return printSettings();
+}
+
 /// Prints the answer to a query while the system decides, and what Qt itself says.
 int printSystemAnswer()
 {
@@ -132,6 +141,7 @@ private Q_SLOTS:
     void anUnknownChoiceCountsAsNone();
     void oldKeysAreMigrated();
     void oldKeysAreGoneAfterTheMigration();
+    void oldKeysStayUntilTheNewOnesAreStored();
     void oldCredentialsWithoutUseAuthAreDropped();
     void oldDefaultsAreHttpWithoutPort();
     void oldKeysThatSayTheSameStillWriteTheProxy();
@@ -305,6 +315,15 @@ void tst_VXNetworkSettings::oldKeysAreGoneAfterTheMigration()
     QCOMPARE(storedKeys(), (QStringList{u"Network/Proxy"_s, u"Network/ProxyChoice"_s}));
     QCOMPARE(stored(u"Network/ProxyChoice"_s).toString(), u"my"_s);
     QVERIFY(stored(u"Network/Proxy"_s).toString().contains(u"proxy.test"_s));
+}
+
+void tst_VXNetworkSettings::oldKeysStayUntilTheNewOnesAreStored()
+{
+    writeStore(oldSettings);
+    QCOMPARE(VXProbe::run(u"printWithoutRoom"_s).value(2), u"proxy.test"_s);
+    QCOMPARE(storedKeys().size(), 7);
+    QCOMPARE(VXProbe::run(u"print"_s).value(2), u"proxy.test"_s);
+    QCOMPARE(storedKeys(), (QStringList{u"Network/Proxy"_s, u"Network/ProxyChoice"_s}));
 }
 
 void tst_VXNetworkSettings::oldCredentialsWithoutUseAuthAreDropped()
@@ -581,7 +600,7 @@ void tst_VXNetworkSettings::threadsMayAskWhileTheSettingsChange()
 
 VX_PROBE_TEST_MAIN(QCoreApplication, tst_VXNetworkSettings, {u"change"_s, &changeWithoutSaving},
                    {u"factory"_s, &printInstalledFactory}, {u"print"_s, &printSettings},
-                   {u"save"_s, &saveManualProxy}, {u"saveDefaults"_s, &saveDefaults},
+                   {u"printWithoutRoom"_s, &printWithoutRoom}, {u"save"_s, &saveManualProxy}, {u"saveDefaults"_s, &saveDefaults},
                    {u"system"_s, &printSystemAnswer}, {u"warnings"_s, &printWarnings})
 
 #include "tst_VXNetworkSettings.moc"

@@ -15,6 +15,9 @@
 #include <QtWidgets/QRadioButton>
 #include <QtWidgets/QSpinBox>
 
+#include <atomic>
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -48,6 +51,7 @@ private Q_SLOTS:
     void thePasswordIsHidden();
     void thePageNeverBlocksLeaving();
     void whatIsWrittenIsReadBack();
+    void aPasswordNeverMeetsAnotherProxy();
 };
 
 void tst_VXPreferencesProxy::textsStandAsOrdered()
@@ -230,6 +234,33 @@ void tst_VXPreferencesProxy::whatIsWrittenIsReadBack()
     QCOMPARE(other.proxyLogin(), u"karl"_s);
     QCOMPARE(other.proxyPassword(), u"geheim;,\"ä"_s);
     QVERIFY(other.findChild<QWidget*>(u"proxyEdit"_s)->isEnabled());
+}
+
+void tst_VXPreferencesProxy::aPasswordNeverMeetsAnotherProxy()
+{
+    VXPreferencesProxy page;
+    page.setChoice(ProxyChoiceManual);
+    const auto write = [&page](const QString& theName) {
+        page.setProxy(theName);
+        page.setProxyPassword(theName);
+        page.writeToConfig();
+    };
+    write(u"first.test"_s);
+
+    std::atomic<bool> isDone = false;
+    std::atomic<int> mixed = 0;
+    std::thread requests([&isDone, &mixed] {
+        while (!isDone) {
+            const QNetworkProxy proxy = VXNetworkSettings::instance()->proxy();
+            if (proxy.hostName() != proxy.password())
+                ++mixed;
+        }
+    });
+    for (int round = 0; round < 200; ++round)
+        write(round % 2 == 0 ? u"second.test"_s : u"first.test"_s);
+    isDone = true;
+    requests.join();
+    QCOMPARE(mixed.load(), 0);
 }
 
 VX_TEST_MAIN(QApplication, tst_VXPreferencesProxy)
