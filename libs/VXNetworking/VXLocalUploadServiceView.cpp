@@ -108,7 +108,14 @@ VXLocalUploadServiceView::VXLocalUploadServiceView(QWidget* theParent)
     connect(&myRefreshTimer, &QTimer::timeout, myService, &VXLocalUploadService::updateConnections);
 }
 
-VXLocalUploadServiceView::~VXLocalUploadServiceView() = default;
+VXLocalUploadServiceView::~VXLocalUploadServiceView()
+{
+    if (!myDialog)
+        return;
+    // Nobody is admitted by the code any more, so nobody should scan it.
+    myDialog->hide();
+    myQRCodeWidget->setUrl(QUrl(), QString());
+}
 
 void VXLocalUploadServiceView::setAnchorWidget(QWidget* theAnchor)
 {

@@ -31,6 +31,8 @@ class VXNETWORKING_EXPORT VXLocalUploadServiceView : public QObject
 public:
     /// Makes the service; it does not listen yet.
     explicit VXLocalUploadServiceView(QWidget* theParent);
+
+    /// Hides the dialog and takes the code off it. It stays the main window's.
     ~VXLocalUploadServiceView() override;
 
     /// The dialog appears below theAnchor, which stays the caller's; null: where the window

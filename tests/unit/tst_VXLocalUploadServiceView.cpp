@@ -150,6 +150,7 @@ private Q_SLOTS:
     void beforeTheDialogALogLineIsOnlyWritten();
     void aReceivedFileIsPassedOn();
     void theDialogIsTheMainWindows();
+    void noCodeOutlivesTheView();
     void withoutMainWindowTheDialogStandsAlone();
     void boldifyWrapsTheText();
     void itLooksRight_data();
@@ -634,9 +635,20 @@ void tst_VXLocalUploadServiceView::theDialogIsTheMainWindows()
     const QPointer<QDialog> dialog = transfer.dialog();
     delete transfer.view;
     QVERIFY(dialog);
-    QVERIFY(dialog->isVisible());
-    dialog->hide(); // nobody watches any more
-    dialog->show();
+    dialog->show(); // nobody watches any more
+    dialog->hide();
+}
+
+void tst_VXLocalUploadServiceView::noCodeOutlivesTheView()
+{
+    Transfer transfer;
+    transfer.view->show();
+    const QPointer<QDialog> dialog = transfer.dialog();
+    const QPointer<VXQRCodeWidget> code = transfer.code();
+    QVERIFY(code->hasCode());
+    delete transfer.view;
+    QVERIFY(!dialog->isVisible());
+    QVERIFY(!code->hasCode());
 }
 
 void tst_VXLocalUploadServiceView::withoutMainWindowTheDialogStandsAlone()
