@@ -600,7 +600,8 @@ void tst_VXNetworkSettings::threadsMayAskWhileTheSettingsChange()
 
 VX_PROBE_TEST_MAIN(QCoreApplication, tst_VXNetworkSettings, {u"change"_s, &changeWithoutSaving},
                    {u"factory"_s, &printInstalledFactory}, {u"print"_s, &printSettings},
-                   {u"printWithoutRoom"_s, &printWithoutRoom}, {u"save"_s, &saveManualProxy}, {u"saveDefaults"_s, &saveDefaults},
-                   {u"system"_s, &printSystemAnswer}, {u"warnings"_s, &printWarnings})
+                   {u"printWithoutRoom"_s, &printWithoutRoom}, {u"save"_s, &saveManualProxy},
+                   {u"saveDefaults"_s, &saveDefaults}, {u"system"_s, &printSystemAnswer},
+                   {u"warnings"_s, &printWarnings})
 
 #include "tst_VXNetworkSettings.moc"
