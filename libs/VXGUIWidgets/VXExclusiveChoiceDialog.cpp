@@ -2,6 +2,7 @@
 
 #include "VXCommandLink.h"
 #include "VXDialogDriver.h"
+#include "VXForeignText.h"
 #include "VXMessageBox.h"
 
 #include <QtWidgets/QDialogButtonBox>
@@ -24,7 +25,10 @@ QHBoxLayout* createMessage(const QString& theText, QWidget* theDialog)
     icon->setPixmap(theDialog->style()
                         ->standardIcon(QStyle::SP_MessageBoxQuestion, nullptr, theDialog)
                         .pixmap(size));
-    auto* text = new QLabel(theText, theDialog);
+    const VXForeignText foreign(theText);
+    auto* text = new QLabel(theDialog);
+    text->setTextFormat(foreign.format());
+    text->setText(foreign.text());
     text->setObjectName(u"messageLabel"_s);
     text->setWordWrap(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse);

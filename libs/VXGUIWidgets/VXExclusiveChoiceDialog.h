@@ -19,7 +19,8 @@ class VXGUIWIDGETS_EXPORT VXExclusiveChoiceDialog : public QDialog
     Q_DISABLE_COPY_MOVE(VXExclusiveChoiceDialog)
 
 public:
-    /// theText may be rich text. Without a parent the dialog belongs to the active window.
+    /// theText may be rich text; when it names files, it is shown as plain text and none of them is
+    /// opened. Without a parent the dialog belongs to the active window.
     VXExclusiveChoiceDialog(const QString& theTitle, const QString& theText,
                             QWidget* theParent = nullptr);
     ~VXExclusiveChoiceDialog() override;

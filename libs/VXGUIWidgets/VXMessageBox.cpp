@@ -1,11 +1,9 @@
 #include "VXMessageBox.h"
 
 #include "VXDialogQuestion.h"
+#include "VXForeignText.h"
 
-#include <QtCore/QUrl>
-#include <QtCore/QVariant>
 #include <QtGui/QClipboard>
-#include <QtGui/QImage>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QTextDocument>
 #include <QtGui/QTextDocumentFragment>
@@ -31,34 +29,6 @@ constexpr std::array buttonRows{
     ButtonRow{QMessageBox::Yes, QT_TRANSLATE_NOOP("VXMessageBox", "Ja")},
     ButtonRow{QMessageBox::No, QT_TRANSLATE_NOOP("VXMessageBox", "Nein")},
     ButtonRow{QMessageBox::Close, QT_TRANSLATE_NOOP("VXMessageBox", "Schließen")},
-};
-
-/// A text that notices when it names pictures or style sheets.
-class ProbeDocument : public QTextDocument
-{
-    Q_DISABLE_COPY_MOVE(ProbeDocument)
-
-public:
-    explicit ProbeDocument(const QString& theText)
-    {
-        setHtml(theText);
-        (void)size(); // pictures are asked for when the text is laid out
-    }
-    ~ProbeDocument() override = default;
-
-    [[nodiscard]] bool namesFiles() const { return myNamesFiles; }
-
-protected:
-    QVariant loadResource(int theType, const QUrl& /*theName*/) override
-    {
-        myNamesFiles = true;
-        // Something usable: Qt opens a picture by itself when the document has none to give.
-        return theType == ImageResource ? QVariant(QImage(1, 1, QImage::Format_RGB32))
-                                        : QVariant(QByteArray(""));
-    }
-
-private:
-    bool myNamesFiles = false;
 };
 
 // A button that stands alone is what Return presses; else that would be the details.
@@ -118,18 +88,11 @@ void VXMessageBox::keyPressEvent(QKeyEvent* theEvent)
     QApplication::clipboard()->setText(parts.join(u'\n'));
 }
 
-// Qt's label would open each file that the text names, and a server's may name "/dev/zero".
 void VXMessageBox::showText(const QString& theText)
 {
-    if (Qt::mightBeRichText(theText)) {
-        const ProbeDocument probe(theText);
-        if (probe.namesFiles()) {
-            setTextFormat(Qt::PlainText);
-            setText(probe.toPlainText());
-            return;
-        }
-    }
-    setText(theText);
+    const VXForeignText foreign(theText);
+    setTextFormat(foreign.format());
+    setText(foreign.text());
 }
 
 void VXMessageBox::labelButtons()

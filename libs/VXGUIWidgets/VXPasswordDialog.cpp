@@ -1,6 +1,7 @@
 #include "VXPasswordDialog.h"
 
 #include "VXDialogDriver.h"
+#include "VXForeignText.h"
 #include "VXMessageBox.h"
 #include "VXWidgetFactory.h"
 
@@ -48,7 +49,10 @@ VXPasswordDialog::~VXPasswordDialog() = default;
 
 void VXPasswordDialog::createFields(const QString& theText)
 {
-    auto* text = new QLabel(theText, this);
+    const VXForeignText foreign(theText);
+    auto* text = new QLabel(this);
+    text->setTextFormat(foreign.format());
+    text->setText(foreign.text());
     text->setObjectName(u"messageLabel"_s);
     text->setWordWrap(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse);

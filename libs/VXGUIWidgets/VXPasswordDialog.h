@@ -17,7 +17,8 @@ class VXGUIWIDGETS_EXPORT VXPasswordDialog : public QDialog
     Q_DISABLE_COPY_MOVE(VXPasswordDialog)
 
 public:
-    /// theText may be rich text. Without a parent the dialog belongs to the active window.
+    /// theText may be rich text; when it names files, it is shown as plain text and none of them is
+    /// opened. Without a parent the dialog belongs to the active window.
     explicit VXPasswordDialog(const QString& theText, QWidget* theParent = nullptr);
     ~VXPasswordDialog() override;
 

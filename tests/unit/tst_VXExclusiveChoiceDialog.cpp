@@ -4,6 +4,7 @@
 
 #include "VXDialogVisitor.h"
 #include "VXTestMain.h"
+#include "VXWatchedFile.h"
 
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCommandLinkButton>
@@ -51,6 +52,7 @@ class tst_VXExclusiveChoiceDialog : public QObject
 
 private Q_SLOTS:
     void choicesStandInOrderWithTitleAndDescription();
+    void theTextOpensNoFiles();
     void aClickChoosesAndCloses();
     void theValueZeroIsToldFromCancelled();
     void cancellingLeavesNoValue_data();
@@ -76,6 +78,19 @@ void tst_VXExclusiveChoiceDialog::choicesStandInOrderWithTitleAndDescription()
     const auto* buttons = box->findChild<QDialogButtonBox*>();
     QCOMPARE(buttons->buttons().size(), 1);
     QCOMPARE(buttons->button(QDialogButtonBox::Cancel)->text(), u"Abbrechen"_s);
+}
+
+void tst_VXExclusiveChoiceDialog::theTextOpensNoFiles()
+{
+    const VXWatchedFile file;
+    VXExclusiveChoiceDialog dialog(u"Titel"_s, u"<b>Ende</b> <img src=%1>"_s.arg(file.path()));
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    const auto* label = dialog.findChild<QLabel*>(u"messageLabel"_s);
+    QCOMPARE(label->textFormat(), Qt::PlainText);
+    QVERIFY2(label->text().startsWith(u"Ende "_s), qPrintable(label->text()));
+    QVERIFY(!file.wasOpened());
+    QVERIFY(file.open() && file.wasOpened()); // it would have been noticed
 }
 
 void tst_VXExclusiveChoiceDialog::aClickChoosesAndCloses()

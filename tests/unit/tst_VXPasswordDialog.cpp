@@ -4,6 +4,7 @@
 
 #include "VXDialogVisitor.h"
 #include "VXTestMain.h"
+#include "VXWatchedFile.h"
 
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void cleanup() { VXDialogDriver::setCurrent(nullptr); }
 
     void showsTextAndLabels();
+    void theTextOpensNoFiles();
     void thePasswordIsHiddenUntilAskedFor();
     void okGivesWhatWasTyped();
     void emptyFieldsCanBeAccepted();
@@ -69,6 +71,19 @@ void tst_VXPasswordDialog::showsTextAndLabels()
     const auto* buttons = dialog.findChild<QDialogButtonBox*>();
     QCOMPARE(buttons->button(QDialogButtonBox::Ok)->text(), u"OK"_s);
     QCOMPARE(buttons->button(QDialogButtonBox::Cancel)->text(), u"Abbrechen"_s);
+}
+
+void tst_VXPasswordDialog::theTextOpensNoFiles()
+{
+    const VXWatchedFile file;
+    VXPasswordDialog dialog(u"<b>Ende</b> <img src=%1>"_s.arg(file.path()));
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    const auto* label = dialog.findChild<QLabel*>(u"messageLabel"_s);
+    QCOMPARE(label->textFormat(), Qt::PlainText);
+    QVERIFY2(label->text().startsWith(u"Ende "_s), qPrintable(label->text()));
+    QVERIFY(!file.wasOpened());
+    QVERIFY(file.open() && file.wasOpened()); // it would have been noticed
 }
 
 void tst_VXPasswordDialog::thePasswordIsHiddenUntilAskedFor()
