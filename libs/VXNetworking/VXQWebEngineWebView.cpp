@@ -77,6 +77,12 @@ void VXQWebEngineWebView::recordTermination(
     answerPendingScripts();
 }
 
+/// Null when there is nothing to print. Qt 6.4 crashes on a page whose render process is gone.
+VXQWebPage* VXQWebEngineWebView::printablePage() const
+{
+    return myView && myHasRenderProcess ? qobject_cast<VXQWebPage*>(myView->page()) : nullptr;
+}
+
 QWidget* VXQWebEngineWebView::nativeWidget()
 {
     return myView;
@@ -170,21 +176,23 @@ void VXQWebEngineWebView::reload() const
 
 void VXQWebEngineWebView::printContent()
 {
-    if (!myView)
+    if (!printablePage())
         return;
     QPrinter* const printer = createPrinter();
     QPrintDialog dialog(printer);
     const QPointer<VXQWebEngineWebView> guard(this);
     const bool isAccepted = dialog.exec() == QDialog::Accepted;
-    if (isAccepted && guard && myView) // both may be gone: the dialog ran an event loop
-        myView->print(printer);
+    auto* const page = guard ? printablePage() : nullptr; // the dialog ran an event loop
+    if (isAccepted && page)
+        page->print(printer);
 }
 
 void VXQWebEngineWebView::saveContent(const QString& theFileName)
 {
-    if (!myView || theFileName.isEmpty())
+    auto* const page = printablePage();
+    if (!page || theFileName.isEmpty())
         return;
     const QPageLayout layout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
                              QMarginsF(pdfMargin, pdfMargin, pdfMargin, pdfMargin));
-    myView->page()->printToPdf(theFileName, layout);
+    page->savePdf(theFileName, layout);
 }

@@ -9,6 +9,7 @@
 #include <memory>
 
 class QWebEngineView;
+class VXQWebPage;
 
 /// The web view on Qt WebEngine, with a page of the default profile.
 ///
@@ -46,12 +47,16 @@ public:
     [[nodiscard]] QSizeF contentsSize() const override;
     void deleteAllCookies() override;
     void reload() const override;
+
+    /// Both do nothing when the render process is gone. The window may be closed at once: the page
+    /// stays until it is printed.
     void printContent() override;
     void saveContent(const QString& theFileName) override;
 
 private:
     using Callback = std::function<void(QVariant)>;
 
+    [[nodiscard]] VXQWebPage* printablePage() const;
     void forwardSignals();
     void recordTermination(QWebEnginePage::RenderProcessTerminationStatus theStatus);
     void answerPendingScripts();

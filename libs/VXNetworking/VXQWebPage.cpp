@@ -4,20 +4,27 @@
 #include "VXRequestNetwork.h"
 #include "VXWebView.h"
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QDebug>
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtNetwork/QAuthenticator>
 #include <QtWebEngineCore/QWebEngineDownloadRequest>
 #include <QtWebEngineCore/QWebEngineProfile>
 #include <QtWebEngineWidgets/QWebEngineView>
 
+#include <chrono>
 #include <tuple>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr QSize popUpSize(600, 480);
+constexpr std::chrono::seconds longestPrint(10);
 
 /// The engine takes an authenticator without a name as an answer and asks again, over and over;
 /// only a null one makes it give up.
@@ -38,8 +45,10 @@ QString origin(const QUrl& theUrl)
 VXQWebPage::VXQWebPage(VXWebView* theView)
     : QWebEnginePage(QWebEngineProfile::defaultProfile(), theView->nativeWidget())
     , myWebView(theView)
+    , myOwner(theView->nativeWidget())
 {
     connectAuthentication();
+    connect(this, &QWebEnginePage::pdfPrintingFinished, this, &VXQWebPage::finishPdf);
     connect(this, &QWebEnginePage::contentsSizeChanged, theView, &VXWebView::contentsSizeChanged);
     connect(this, &QWebEnginePage::certificateError, this, &VXQWebPage::handleCertificateError);
     connect(profile(), &QWebEngineProfile::downloadRequested, this, &VXQWebPage::refuseDownload);
@@ -71,6 +80,103 @@ void VXQWebPage::connectAuthentication()
 VXWebView* VXQWebPage::webView() const
 {
     return myWebView;
+}
+
+void VXQWebPage::savePdf(const QString& theFileName, const QPageLayout& theLayout)
+{
+    becomeOrphan();
+    myPdfs.append(theFileName);
+    printToPdf(theFileName, theLayout);
+}
+
+void VXQWebPage::print(QPrinter* thePrinter)
+{
+    auto* const view = QWebEngineView::forPage(this);
+    if (!view || myIsOnPaper)
+        return;
+    becomeOrphan();
+    myIsOnPaper = true;
+    awaitPaper();
+    view->print(thePrinter);
+}
+
+bool VXQWebPage::isPrinting() const
+{
+    return myIsOnPaper || !myPdfs.isEmpty();
+}
+
+/// Qt 6.4 crashes when a page goes while it is printed, and it tells the page that a file is
+/// written without looking whether it is still there. So nobody owns the page meanwhile.
+void VXQWebPage::becomeOrphan()
+{
+    if (isPrinting())
+        return;
+    setParent(nullptr);
+    connect(myOwner, &QObject::destroyed, this, &VXQWebPage::outliveView);
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+            &VXQWebPage::waitForPrints);
+}
+
+/// A host may print files of its own.
+void VXQWebPage::finishPdf(const QString& theFileName)
+{
+    if (myPdfs.removeOne(theFileName))
+        finishPrint();
+}
+
+void VXQWebPage::finishPrint()
+{
+    if (isPrinting())
+        return;
+    disconnect(QCoreApplication::instance(), nullptr, this, nullptr);
+    if (std::exchange(myIsToStop, false))
+        QWebEnginePage::triggerAction(Stop);
+    if (!myOwner) {
+        deleteLater();
+        return;
+    }
+    disconnect(myOwner, &QObject::destroyed, this, &VXQWebPage::outliveView);
+    setParent(myOwner);
+}
+
+/// It is the view that tells of the end on paper; one that is never shown takes its place.
+void VXQWebPage::outliveView()
+{
+    auto* const view = new QWebEngineView; // goes with the page
+    view->setPage(this);
+    connect(this, &QObject::destroyed, view, &QObject::deleteLater);
+    if (myIsOnPaper)
+        awaitPaper();
+}
+
+void VXQWebPage::awaitPaper()
+{
+    connect(
+        QWebEngineView::forPage(this), &QWebEngineView::printFinished, this,
+        [this] {
+            myIsOnPaper = false;
+            finishPrint();
+        },
+        Qt::SingleShotConnection);
+}
+
+void VXQWebPage::waitForPrints()
+{
+    const QPointer<VXQWebPage> guard(this);
+    const QDeadlineTimer deadline(longestPrint);
+    QTimer::singleShot(longestPrint, this, [] {}); // ends the last wait
+    QEventLoop waiting;
+    while (guard && isPrinting() && !deadline.hasExpired())
+        waiting.processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+}
+
+/// Qt 6.4 crashes when a page is stopped while it is printed.
+void VXQWebPage::triggerAction(WebAction theAction, bool theIsChecked)
+{
+    if (theAction == Stop && isPrinting())
+        myIsToStop = true;
+    else
+        QWebEnginePage::triggerAction(theAction, theIsChecked);
 }
 
 void VXQWebPage::handleCertificateError(const QWebEngineCertificateError& theCertificateError)

@@ -3,10 +3,12 @@
 #include "VXNetworkingExport.h"
 
 #include <QtCore/QPointer>
+#include <QtCore/QStringList>
 #include <QtWebEngineCore/QWebEngineCertificateError>
 #include <QtWebEngineCore/QWebEnginePage>
 
 class QAuthenticator;
+class QPrinter;
 class QWebEngineDownloadRequest;
 class VXWebView;
 
@@ -14,7 +16,7 @@ class VXWebView;
 /// windows in browser dialogs, writes the page's console to the log and refuses downloads, with a
 /// warning.
 ///
-/// A page of the default profile, owned by the view's widget. GUI thread only.
+/// A page of the default profile, owned by the view's widget, see savePdf(). GUI thread only.
 class VXNETWORKING_EXPORT VXQWebPage : public QWebEnginePage
 {
     Q_OBJECT
@@ -27,6 +29,18 @@ public:
 
     /// The view it was made for; null after that died.
     [[nodiscard]] VXWebView* webView() const;
+
+    /// Prints to a PDF file, in the background; a failure is not told. Until the file is written
+    /// the page outlives its view's widget: whoever closes the window at once still gets the file.
+    /// The end of the application's event loop waits for it, up to ten seconds.
+    void savePdf(const QString& theFileName, const QPageLayout& theLayout);
+
+    /// The same on thePrinter, which must live as long as that takes. Does nothing while the page
+    /// is being printed on paper already.
+    void print(QPrinter* thePrinter);
+
+    /// As the engine does it, but to stop a load waits until nothing is printed.
+    void triggerAction(WebAction theAction, bool theIsChecked = false) override;
 
 public Q_SLOTS:
     /// Asks the user, or tells him when there is no choice. The engine refuses the certificate
@@ -45,6 +59,17 @@ protected:
 private:
     void connectAuthentication();
     void refuseDownload(QWebEngineDownloadRequest* theDownload);
+    [[nodiscard]] bool isPrinting() const;
+    void becomeOrphan();
+    void finishPdf(const QString& theFileName);
+    void finishPrint();
+    void outliveView();
+    void awaitPaper();
+    void waitForPrints();
 
     QPointer<VXWebView> myWebView;
+    QPointer<QWidget> myOwner; // the parent, but for the time of printing
+    QStringList myPdfs;        // that are not written yet
+    bool myIsOnPaper = false;  // is being printed, or will be
+    bool myIsToStop = false;   // when all is printed
 };

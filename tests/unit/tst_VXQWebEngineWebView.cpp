@@ -11,6 +11,7 @@
 #include <QtCore/QPointer>
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QTimer>
 #include <QtWebEngineCore/QWebEngineProfile>
 #include <QtWebEngineCore/QWebEngineUrlRequestJob>
 #include <QtWebEngineCore/QWebEngineUrlSchemeHandler>
@@ -104,6 +105,44 @@ int print(int theCancelledCount)
     return 0;
 }
 
+/// Closes the window as soon as the print dialog is answered.
+int printAndCloseAtOnce()
+{
+    VXWebTest::Page page;
+    if (!page.load(receipt))
+        return 1;
+    const QPointer<QWebEnginePage> inner = engineOf(page)->page();
+    const VXDialogVisitor user([](QDialog* theDialog) {
+        const auto edits = theDialog->findChildren<QLineEdit*>(u"filename"_s);
+        for (auto* const edit : edits)
+            edit->setText(qEnvironmentVariable("VX_PRINT_FILE"));
+        theDialog->accept();
+    });
+    page.view->printContent();
+    page.view.reset();
+    page.window.reset();
+    const bool isGone = QTest::qWaitFor([&] { return inner.isNull(); }, 60000);
+    VXProbe::print(isGone ? u"page is gone"_s : u"page is still there"_s);
+    return 0;
+}
+
+/// Leaves the event loop while a page whose window is closed is being saved.
+int quitWhileSaving()
+{
+    QPointer<QWebEnginePage> inner;
+    QTimer::singleShot(0, [&inner] {
+        VXWebTest::Page page;
+        if (page.load(receipt)) {
+            inner = engineOf(page)->page();
+            page.view->saveContent(qEnvironmentVariable("VX_PRINT_FILE"));
+        }
+        QCoreApplication::quit();
+    });
+    QCoreApplication::exec();
+    VXProbe::print(inner.isNull() ? u"page is gone"_s : u"page is still there"_s);
+    return 0;
+}
+
 int printToFile()
 {
     return print(0);
@@ -169,7 +208,15 @@ private Q_SLOTS:
     void aPageIsSavedAsA4();
     void withoutANameNothingIsSaved();
     void aFileThatCannotBeWrittenIsIgnored();
+    void aWindowMayBeClosedRightAfterSaving();
+    void aWindowMayBeClosedWhenTheFileIsThere();
+    void theViewOwnsItsPageAgainAfterSaving();
+    void aStopWaitsForTheFile();
+    void theProgramEndsWhenTheFileIsWritten();
     void aPageIsPrinted();
+    void aWindowMayBeClosedRightAfterPrinting();
+    void aDeadPageIsNeitherSavedNorPrinted();
+    void anEmptyPageIsSaved();
     void aCancelledPrintDialogPrintsNothing();
     void aViewThatDiesWhileAskingPrintsNothing();
 
@@ -422,6 +469,73 @@ void tst_VXQWebEngineWebView::aFileThatCannotBeWrittenIsIgnored()
     QCOMPARE(page.view->title(), u"Beleg"_s);
 }
 
+void tst_VXQWebEngineWebView::aWindowMayBeClosedRightAfterSaving()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"Beleg.pdf"_s);
+    VXWebTest::Page page;
+    QVERIFY(page.load(receipt));
+    const QPointer<QWebEnginePage> inner = engineOf(page)->page();
+    page.view->saveContent(file);
+    page.view.reset();
+    page.window.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(inner.isNull(), 30000); // nobody's, it goes by itself
+    QVERIFY(isWholePdf(file));
+}
+
+void tst_VXQWebEngineWebView::aWindowMayBeClosedWhenTheFileIsThere()
+{
+    const QTemporaryDir folder;
+    for (int i = 0; i < 20; ++i) { // the engine's next word to the page comes a moment later
+        const QString file = folder.filePath(u"%1.pdf"_s.arg(i));
+        VXWebTest::Page page;
+        QVERIFY(page.load(receipt));
+        const QPointer<QWebEnginePage> inner = engineOf(page)->page();
+        page.view->saveContent(file);
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(file), 30000);
+        page.view.reset();
+        page.window.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(inner.isNull(), 30000);
+        QVERIFY(isWholePdf(file));
+    }
+}
+
+void tst_VXQWebEngineWebView::theViewOwnsItsPageAgainAfterSaving()
+{
+    const QTemporaryDir folder;
+    VXWebTest::Page page;
+    QVERIFY(page.load(receipt));
+    const QPointer<QWebEnginePage> inner = engineOf(page)->page();
+    const QSignalSpy saved(engineOf(page), &QWebEngineView::pdfPrintingFinished);
+    page.view->saveContent(folder.filePath(u"a.pdf"_s));
+    page.view->saveContent(folder.filePath(u"b.pdf"_s)); // the engine prints one at a time
+    QTRY_COMPARE_WITH_TIMEOUT(saved.count(), 2, 30000);
+    QCOMPARE(inner->parent(), page.view->nativeWidget());
+    page.window.reset();
+    QVERIFY(inner.isNull());
+}
+
+void tst_VXQWebEngineWebView::aStopWaitsForTheFile()
+{
+    const QTemporaryDir folder;
+    VXWebTest::Page page;
+    QVERIFY(page.load(receipt));
+    QSignalSpy saved(engineOf(page), &QWebEngineView::pdfPrintingFinished);
+    page.view->saveContent(folder.filePath(u"a.pdf"_s));
+    page.view->stop();
+    QVERIFY(saved.wait(30000));
+    QCOMPARE(saved.constFirst().at(1).toBool(), true);
+}
+
+void tst_VXQWebEngineWebView::theProgramEndsWhenTheFileIsWritten()
+{
+    const QTemporaryDir folder;
+    qputenv("VX_PRINT_FILE", folder.filePath(u"a.pdf"_s).toUtf8());
+    QCOMPARE(VXProbe::run(u"quitWhileSaving"_s, std::chrono::seconds(100)),
+             QStringList(u"page is gone"_s));
+    QVERIFY(isWholePdf(folder.filePath(u"a.pdf"_s)));
+}
+
 void tst_VXQWebEngineWebView::aPageIsPrinted()
 {
     const QTemporaryDir folder;
@@ -431,6 +545,42 @@ void tst_VXQWebEngineWebView::aPageIsPrinted()
              QStringList(u"printed 1"_s));
     QVERIFY(isWholePdf(file));
     QVERIFY(outputOf(u"pdfinfo"_s, {file}).contains(QRegularExpression(u"Pages:\\s+2\\n"_s)));
+}
+
+void tst_VXQWebEngineWebView::aWindowMayBeClosedRightAfterPrinting()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"print.pdf"_s);
+    qputenv("VX_PRINT_FILE", file.toUtf8());
+    QCOMPARE(VXProbe::run(u"printAndCloseAtOnce"_s, std::chrono::seconds(100)),
+             QStringList(u"page is gone"_s));
+    QVERIFY(isWholePdf(file));
+}
+
+void tst_VXQWebEngineWebView::aDeadPageIsNeitherSavedNorPrinted()
+{
+    const QTemporaryDir folder;
+    VXWebTest::Page page;
+    QVERIFY(page.load(receipt));
+    QVERIFY(killRenderer(page));
+    const QSignalSpy saved(engineOf(page), &QWebEngineView::pdfPrintingFinished);
+    const VXDialogVisitor user([](QDialog* theDialog) { theDialog->reject(); });
+    page.view->saveContent(folder.filePath(u"a.pdf"_s));
+    page.view->printContent();
+    QCOMPARE(user.count(), 0);
+
+    QVERIFY(page.load(receipt)); // in a new process
+    page.view->saveContent(folder.filePath(u"b.pdf"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(saved.count(), 1, 30000);
+    QCOMPARE(saved.constFirst().constFirst().toString(), folder.filePath(u"b.pdf"_s));
+}
+
+void tst_VXQWebEngineWebView::anEmptyPageIsSaved()
+{
+    const QTemporaryDir folder;
+    const VXWebTest::Page page;
+    page.view->saveContent(folder.filePath(u"a.pdf"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(isWholePdf(folder.filePath(u"a.pdf"_s)), 30000);
 }
 
 void tst_VXQWebEngineWebView::aCancelledPrintDialogPrintsNothing()
@@ -579,6 +729,8 @@ void tst_VXQWebEngineWebView::aWidgetThatDiesAfterTheLoadIsHarmless()
 
 VX_PROBE_TEST_MAIN(QApplication, tst_VXQWebEngineWebView, {u"printToFile"_s, printToFile},
                    {u"printAfterCancelling"_s, printAfterCancelling},
-                   {u"printAndCloseMeanwhile"_s, printAndCloseMeanwhile})
+                   {u"printAndCloseMeanwhile"_s, printAndCloseMeanwhile},
+                   {u"printAndCloseAtOnce"_s, printAndCloseAtOnce},
+                   {u"quitWhileSaving"_s, quitWhileSaving})
 
 #include "tst_VXQWebEngineWebView.moc"
