@@ -36,8 +36,10 @@ enum class Fault
     ReadOnlyFolder,
     FolderInPlace, // a folder has the name of the file
     VanishedFolder,
-    LongName,    // 300 bytes
-    LongestName, // 255 bytes
+    FileAsFolder,   // a file has the name of the folder
+    LongName,       // 300 bytes
+    LongestName,    // 255 bytes
+    LongFolderName, // 300 bytes
 };
 
 constexpr int large = 100'000; // bytes
@@ -53,7 +55,9 @@ class Place
 
 public:
     Place(Fault theFault, const QString& theName, const QByteArray& theFormerContent)
-        : myDisk(myFolder.path())
+        : myDisk(myRoot.path())
+        , myFolder(
+              myRoot.filePath(theFault == Fault::LongFolderName ? QString(300, u'f') : u"folder"_s))
         , myPath(folder() + u'/' + nameFor(theFault, theName))
     {
         QDir().mkpath(folder());
@@ -62,7 +66,7 @@ public:
         apply(theFault);
     }
 
-    [[nodiscard]] QString folder() const { return myFolder.filePath(u"folder"_s); }
+    [[nodiscard]] QString folder() const { return myFolder; }
     [[nodiscard]] QString path() const { return myPath; }
 
     /// What has the name of the file: "nothing", "former", "whole", "folder", "empty" or
@@ -74,8 +78,7 @@ public:
             return u"nothing"_s;
         if (info.isDir())
             return u"folder"_s;
-        QFile file(path());
-        const QByteArray content = file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+        const QByteArray content = contentOf(path());
         if (content.isEmpty())
             return u"empty"_s;
         if (content == theWhole)
@@ -83,9 +86,11 @@ public:
         return content == former ? u"former"_s : u"%1 bytes"_s.arg(content.size());
     }
 
-    /// The names of files that nobody ordered.
+    /// The names of files that nobody ordered; the folder's when a file that stands there changed.
     [[nodiscard]] QStringList leftovers() const
     {
+        if (QFileInfo(folder()).isFile())
+            return contentOf(folder()) == former ? QStringList() : QStringList(folder());
         const auto filters = QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot;
         QStringList names = QDir(folder()).entryList(filters);
         names.removeAll(QFileInfo(path()).fileName());
@@ -99,6 +104,12 @@ private:
                          : theFault == Fault::LongestName ? 255
                                                           : 0;
         return size == 0 ? theName : QString(size, u'n');
+    }
+
+    static QByteArray contentOf(const QString& thePath)
+    {
+        QFile file(thePath);
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
     }
 
     static void write(const QString& thePath, const QByteArray& theContent)
@@ -116,14 +127,17 @@ private:
             myDisk.fill(VXSmallDisk::page);
         else if (theFault == Fault::ReadOnlyFolder)
             myDisk.protect();
-        else if (theFault == Fault::VanishedFolder)
+        else if (theFault == Fault::VanishedFolder || theFault == Fault::FileAsFolder)
             QDir().rmdir(folder());
         else if (theFault == Fault::FolderInPlace)
             QDir().mkpath(path() + u"/in it"_s);
+        if (theFault == Fault::FileAsFolder)
+            write(folder(), former);
     }
 
-    QTemporaryDir myFolder;
+    QTemporaryDir myRoot;
     VXSmallDisk myDisk;
+    QString myFolder;
     QString myPath;
 };
 
@@ -234,6 +248,8 @@ void tst_disk_faults::downloadIntoAFile_data()
     add(u"download over a file, read-only folder"_s, Fault::ReadOnlyFolder, former, few);
     add(u"download, folder in place of the file"_s, Fault::FolderInPlace, nothing, few);
     add(u"download, vanished folder"_s, Fault::VanishedFolder, nothing, few);
+    add(u"download, file in place of the folder"_s, Fault::FileAsFolder, nothing, few);
+    add(u"download, folder name of 300 bytes"_s, Fault::LongFolderName, nothing, few);
     add(u"download, name of 300 bytes"_s, Fault::LongName, nothing, few);
     add(u"download, name of 255 bytes"_s, Fault::LongestName, nothing, few);
 }
@@ -263,6 +279,8 @@ void tst_disk_faults::downloadIntoATemporaryFile_data()
     add(u"temporary download, disk full within the body"_s, Fault::AlmostFullDisk, nothing, large);
     add(u"temporary download, read-only folder"_s, Fault::ReadOnlyFolder, nothing, few);
     add(u"temporary download, vanished folder"_s, Fault::VanishedFolder, nothing, few);
+    add(u"temporary download, file in place of the folder"_s, Fault::FileAsFolder, nothing, few);
+    add(u"temporary download, folder name of 300 bytes"_s, Fault::LongFolderName, nothing, few);
 }
 
 void tst_disk_faults::downloadIntoATemporaryFile()
@@ -295,6 +313,8 @@ void tst_disk_faults::savedResult_data()
     add(u"result over a file, read-only folder"_s, Fault::ReadOnlyFolder, former, few);
     add(u"result, folder in place of the file"_s, Fault::FolderInPlace, nothing, few);
     add(u"result, vanished folder"_s, Fault::VanishedFolder, nothing, few);
+    add(u"result, file in place of the folder"_s, Fault::FileAsFolder, nothing, few);
+    add(u"result, folder name of 300 bytes"_s, Fault::LongFolderName, nothing, few);
     add(u"result, name of 300 bytes"_s, Fault::LongName, nothing, few);
 }
 
@@ -327,6 +347,8 @@ void tst_disk_faults::savedSettings_data()
     add(u"first setting, full disk"_s, Fault::FullDisk, {}, few);
     add(u"setting, folder in place of the file"_s, Fault::FolderInPlace, {}, few);
     add(u"setting, vanished folder"_s, Fault::VanishedFolder, {}, few);
+    add(u"setting, file in place of the folder"_s, Fault::FileAsFolder, {}, few);
+    add(u"setting, folder name of 300 bytes"_s, Fault::LongFolderName, {}, few);
     add(u"setting, name of 300 bytes"_s, Fault::LongName, {}, few);
 }
 
@@ -338,6 +360,7 @@ void tst_disk_faults::savedSettings()
     QString outcome;
     bool isWritten = false;
     QString warnings;
+    QStringList leftovers;
     {
         const Place place(fault, u"settings.ini"_s, before);
         VXSettings::setStoreFile(place.path());
@@ -348,8 +371,10 @@ void tst_disk_faults::savedSettings()
         // Here the former file is the one that must be whole.
         outcome = isWritten ? u"written"_s : place.stands(before).replace(u"whole"_s, u"former"_s);
         VXSettings::setStoreFile(QDir::homePath() + u"/settings.ini"_s);
+        leftovers = place.leftovers();
     }
     compare({text(isWritten), u"-"_s, outcome, warnings});
+    QCOMPARE(leftovers, QStringList());
 }
 
 void tst_disk_faults::deletedSetting()
@@ -374,6 +399,8 @@ void tst_disk_faults::newKey_data()
     add(u"key, read-only folder"_s, Fault::ReadOnlyFolder, {}, 0);
     add(u"key, folder in place of the file"_s, Fault::FolderInPlace, {}, 0);
     add(u"key, vanished folder"_s, Fault::VanishedFolder, {}, 0);
+    add(u"key, file in place of the folder"_s, Fault::FileAsFolder, {}, 0);
+    add(u"key, folder name of 300 bytes"_s, Fault::LongFolderName, {}, 0);
     add(u"key, name of 300 bytes"_s, Fault::LongName, {}, 0);
 }
 
@@ -385,6 +412,7 @@ void tst_disk_faults::newKey()
     const QStringList lines = VXProbe::run(u"key"_s);
     QCOMPARE(lines.size(), 2);
     compare({lines.at(0), u"-"_s, place.stands({}), lines.at(1)});
+    QCOMPARE(place.leftovers(), QStringList());
 }
 
 void tst_disk_faults::uploadedPhoto_data()
@@ -399,6 +427,8 @@ void tst_disk_faults::uploadedPhoto_data()
     add(u"upload over a file, read-only folder"_s, Fault::ReadOnlyFolder, former, few);
     add(u"upload, folder in place of the file"_s, Fault::FolderInPlace, nothing, few);
     add(u"upload, vanished folder"_s, Fault::VanishedFolder, nothing, few);
+    add(u"upload, file in place of the folder"_s, Fault::FileAsFolder, nothing, few);
+    add(u"upload, folder name of 300 bytes"_s, Fault::LongFolderName, nothing, few);
     add(u"upload, name of 300 bytes"_s, Fault::LongName, nothing, few);
 }
 
@@ -431,7 +461,7 @@ void tst_disk_faults::uploadedPhoto()
 void tst_disk_faults::theDocumentHasNoOtherRows()
 {
     // Each data function adds rows to the table of the running test; their names are the rows.
-    static constexpr int rows = 11 + 5 + 9 + 10 + 6 + 9;
+    static constexpr int rows = 13 + 7 + 11 + 12 + 8 + 11;
     QCOMPARE(VXReliabilityDocument::rows(u"Disk"_s).size(), rows);
 }
 
