@@ -11,6 +11,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QPointer>
 #include <QtCore/QStandardPaths>
+#include <QtCore/QTemporaryDir>
 #include <QtNetwork/QAuthenticator>
 #include <QtNetwork/QNetworkProxy>
 #include <QtWebEngineCore/QWebEngineProfile>
@@ -130,6 +131,7 @@ private Q_SLOTS:
 
     void thePageBelongsToTheWidgetOfItsView();
     void theSizeOfThePageIsForwarded();
+    void aHostMaySaveThePageItself();
     void aPopUpOpensInADialog_data();
     void aPopUpOpensInADialog();
     void aPopUpShowsItsPage();
@@ -180,6 +182,22 @@ void tst_VXQWebPage::theSizeOfThePageIsForwarded()
     QTRY_VERIFY(!sized.isEmpty());
     QTRY_COMPARE(sized.constLast().constFirst().toSizeF().height(), 900.0);
     QCOMPARE(page.view->contentsSize().height(), 900.0);
+}
+
+void tst_VXQWebPage::aHostMaySaveThePageItself()
+{
+    const QTemporaryDir folder;
+    const VXWebTest::Page page;
+    QCOMPARE(load(page, QUrl(u"data:text/html,Text"_s)), 1);
+    QSignalSpy saved(pageOf(page), &QWebEnginePage::pdfPrintingFinished);
+    pageOf(page)->printToPdf(folder.filePath(u"host.pdf"_s));
+    page.view->saveContent(folder.filePath(u"library.pdf"_s)); // refused: one at a time
+    QCOMPARE(pageOf(page)->parent(), nullptr);
+    QTRY_COMPARE_WITH_TIMEOUT(saved.count(), 2, 30000);
+    QCOMPARE(pageOf(page)->parent(), page.view->nativeWidget());
+    pageOf(page)->printToPdf(folder.filePath(u"again.pdf"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(saved.count(), 3, 30000);
+    QCOMPARE(pageOf(page)->parent(), page.view->nativeWidget());
 }
 
 void tst_VXQWebPage::aPopUpOpensInADialog_data()
