@@ -8,6 +8,7 @@
 class VXForeignText
 {
 public:
+    /// Lays theText out once, without opening anything, to see what it names.
     explicit VXForeignText(const QString& theText);
 
     /// What to show. Set the format first.
