@@ -178,7 +178,8 @@ QWidget* VXSampleHttpPanel::createButtons()
 
 void VXSampleHttpPanel::send()
 {
-    const QUrl url = myRunning ? QUrl() : address();
+    // The Return key comes here, too, while an exchange or the threads handle events.
+    const QUrl url = mySend->isEnabled() ? address() : QUrl();
     if (url.isEmpty())
         return;
     if (myThreads->value() > 0) {
@@ -220,6 +221,7 @@ void VXSampleHttpPanel::sendInThreads(const QUrl& theUrl)
     QList<VXNetworkingError> errors(count);
     VXNetworkingError* const first = errors.data(); // each thread writes its own element
     mySend->setEnabled(false);
+    myUpload->setEnabled(false);
     VXSampleWorkers::run(count, [&theUrl, first, timeout](int theNumber) {
         VXHttpOperation operation =
             VXHttpOperation::create(theUrl, QNetworkAccessManager::GetOperation);
@@ -228,6 +230,7 @@ void VXSampleHttpPanel::sendInThreads(const QUrl& theUrl)
         first[theNumber] = operation.errorStatus();
     });
     mySend->setEnabled(true);
+    myUpload->setEnabled(true);
 
     const auto failed = std::ranges::find_if(errors, &VXNetworkingError::errorOccurred);
     myOutcome->showEnd(failed == errors.end() ? VXNetworkingError() : *failed,

@@ -84,6 +84,14 @@ void VXSampleLoginPanel::addButtons()
     connect(external, &QPushButton::clicked, this, [this] { logInOnPage(u"external"_s); });
 }
 
+/// An exchange handles events: nothing may begin another one meanwhile, or delete the session.
+void VXSampleLoginPanel::setBusy(bool theIsBusy)
+{
+    myIsBusy = theIsBusy;
+    myOpen->setEnabled(!theIsBusy);
+    showState();
+}
+
 void VXSampleLoginPanel::openSession()
 {
     VXSampleLogin login;
@@ -97,32 +105,35 @@ void VXSampleLoginPanel::openSession()
     mySession = std::make_unique<VXSampleCloudSession>(login);
     connect(mySession.get(), &VXSampleCloudSession::sessionExpired, this,
             &VXSampleLoginPanel::showState);
+    setBusy(true);
     VXNetworkingError error = mySession->open({myUser->text(), myPassword->text()}, nullptr);
+    setBusy(false);
     // The provider refuses a password with status 400 (RFC 6749, 5.2).
     if (error.errorCode() == NetProtocolInvalidOperation)
         error = VXNetworkingError(InvalidLogin);
     myOutcome->showEnd(error, tr("Angemeldet als %1.").arg(myUser->text()), {});
     if (error.errorOccurred())
         VXRequestNetwork::instance()->handleInvalidLoginError(error);
-    showState();
     Q_EMIT exchanged();
 }
 
 void VXSampleLoginPanel::renew()
 {
     const QString before = mySession->accessToken();
+    setBusy(true);
     mySession->updateAccessToken();
+    setBusy(false);
     myOutcome->showText(mySession->accessToken() == before ? tr("Die Sitzung wurde nicht erneuert.")
                                                            : tr("Die Sitzung wurde erneuert."));
-    showState();
     Q_EMIT exchanged();
 }
 
 void VXSampleLoginPanel::closeSession()
 {
+    setBusy(true);
     mySession->close();
+    setBusy(false);
     myOutcome->showText(tr("Abgemeldet."));
-    showState();
     Q_EMIT exchanged();
 }
 
@@ -141,8 +152,8 @@ void VXSampleLoginPanel::logInOnPage(const QString& theKind)
 void VXSampleLoginPanel::showState()
 {
     const bool isOpen = mySession && mySession->isOpen();
-    myRenew->setEnabled(isOpen);
-    myClose->setEnabled(isOpen);
+    myRenew->setEnabled(isOpen && !myIsBusy);
+    myClose->setEnabled(isOpen && !myIsBusy);
     const QString state = !isOpen                         ? tr("keine")
                           : mySession->isSessionExpired() ? tr("abgelaufen")
                                                           : tr("offen");

@@ -30,6 +30,7 @@ private:
     void renew();
     void closeSession();
     void logInOnPage(const QString& theKind);
+    void setBusy(bool theIsBusy);
     void showState();
 
     VXSampleContext& myContext;
@@ -41,4 +42,5 @@ private:
     QPushButton* myClose = nullptr;
     VXSampleOutcomeView* myOutcome = nullptr;
     std::unique_ptr<VXSampleCloudSession> mySession; // null before the first login
+    bool myIsBusy = false;                           // the session is in an exchange
 };

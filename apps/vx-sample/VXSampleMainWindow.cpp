@@ -238,6 +238,10 @@ void VXSampleMainWindow::changeLanguage(const QString& theTag)
         return;
     QStringList arguments = QCoreApplication::arguments().sliced(1);
     arguments = QStringList{u"--language"_s, theTag} + arguments; // a later one would win
+    const auto isWhole = [](const QString& theText) {
+        return theText.startsWith("--language="_L1);
+    };
+    arguments.removeIf(isWhole);
     const qsizetype older = arguments.indexOf(u"--language"_s, 2);
     if (older >= 0)
         arguments.remove(older, 2);

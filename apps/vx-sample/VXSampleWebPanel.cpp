@@ -6,7 +6,6 @@
 
 #include <VXCore/VXDirectoryConfig.h>
 #include <VXNetworking/VXBrowserDialog.h>
-#include <VXNetworking/VXJavaScriptExecutor.h>
 #include <VXNetworking/VXWebView.h>
 
 #include <QtCore/QJsonDocument>
@@ -210,11 +209,10 @@ void VXSampleWebPanel::openOrderSummary()
 
 void VXSampleWebPanel::runScript()
 {
-    const QString script = myScript->text();
-    VXJavaScriptExecutor executor(myView.get());
-    executor.addScriptSource(script);
-    executor.execute(); // handles events until the page has answered
-    myResult->setText(tr("Ergebnis: %1").arg(shown(executor.result(script))));
+    // Handles events until the page has answered. Not VXJavaScriptExecutor: that would wait for
+    // ever for a page whose process has died.
+    const QVariant result = myView->runJavascriptSync(myScript->text());
+    myResult->setText(tr("Ergebnis: %1").arg(shown(result)));
 }
 
 void VXSampleWebPanel::cancel()
