@@ -317,7 +317,7 @@ test('photos picked during a transfer join it', async () => {
     const files = photos(8);
     const page = await phone.open(computer.url);
     await admitted(page);
-    await Phone.throttle(page, megabyte);
+    await Phone.throttle(page, megabyte / 4);
     await Phone.pick(page, files.slice(0, 4));
     await rows(page, 'done', 1);
     await Phone.pick(page, files.slice(4));
@@ -330,7 +330,7 @@ test('a link cut in mid-batch is told, and the batch goes on when it is back', a
     const files = photos(12);
     const page = await phone.open(computer.url);
     await admitted(page);
-    await Phone.throttle(page, megabyte);
+    await Phone.throttle(page, megabyte / 2);
     await Phone.pick(page, files);
     await rows(page, 'done', 3);
     const failedPictures = [];
@@ -357,7 +357,7 @@ test('a short silence of the network goes unnoticed', async () => {
     const files = photos(6, megabyte);
     const page = await phone.open(computer.url);
     await admitted(page);
-    await Phone.throttle(page, 2 * megabyte);
+    await Phone.throttle(page, megabyte);
     await Phone.pick(page, files);
     await rows(page, 'done', 2);
     const moods = page.evaluate(() => new Promise((resolve) => {
@@ -383,7 +383,7 @@ test('a server that comes back on another port leaves the list and the text', as
     const files = photos(10);
     const page = await phone.open(computer.url);
     await admitted(page);
-    await Phone.throttle(page, megabyte);
+    await Phone.throttle(page, megabyte / 2);
     await Phone.pick(page, files);
     await rows(page, 'done', 3);
     const oldPort = new URL(computer.url).port;
@@ -404,7 +404,7 @@ test('a refusal in mid-batch keeps the list, and a new scan goes on with it', as
     const files = photos(10);
     const page = await phone.open(computer.url);
     await admitted(page);
-    await Phone.throttle(page, megabyte);
+    await Phone.throttle(page, megabyte / 2);
     await Phone.pick(page, files);
     await rows(page, 'done', 3);
     await phone.context.clearCookies();
@@ -423,7 +423,7 @@ test('a phone that gets another address in mid-batch is refused until it scans a
     const files = photos(10);
     const page = await phone.open(computer.url);
     await admitted(page);
-    await Phone.throttle(page, megabyte);
+    await Phone.throttle(page, megabyte / 2);
     await Phone.pick(page, files);
     await rows(page, 'done', 3);
     phone.ip('address', 'del', '10.77.0.11/24', 'dev', 'eth0');
@@ -531,7 +531,7 @@ test('a display that was kept awake may sleep afterwards', async () => {
     });
     const page = await phone.open(computer.url);
     await admitted(page);
-    await Phone.throttle(page, megabyte);
+    await Phone.throttle(page, megabyte / 2);
     await Phone.pick(page, photos(5));
     await rows(page, 'done', 1);
     assert.strictEqual(await page.evaluate(() => window.held), 1);
@@ -607,7 +607,7 @@ test('text of twice the size fits a small phone', async () => {
     assert.strictEqual(await page.evaluate(() => getComputedStyle(document.documentElement).fontSize), '34px');
     assert.deepStrictEqual(await overflowing(page), []);
     await screenshot(page, 'large-text-start');
-    await Phone.throttle(page, megabyte);
+    await Phone.throttle(page, megabyte / 4);
     await Phone.pick(page, [...photos(4), photo(folder, 'Donaudampfschifffahrtsgesellschaft.JPG', 300000)]);
     await rows(page, 'done', 1);
     assert.deepStrictEqual(await overflowing(page), []);

@@ -242,6 +242,7 @@ void tst_oauth::sessionOpensRenewsAndCloses()
     session.close();
     QVERIFY(!session.isOpen());
     QVERIFY(session.isSessionExpired());
+    QTRY_VERIFY(!myMock.requests().isEmpty());
     QTRY_COMPARE(myMock.requests().constLast()[u"endpoint"_s].toString(), u"revoke"_s);
 }
 

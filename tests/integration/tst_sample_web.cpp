@@ -163,7 +163,7 @@ void tst_sample_web::aSilentServerEndsWithStatus4()
 void tst_sample_web::keepLeavesThePageOpen()
 {
     const QTemporaryDir folder;
-    const VXSampleRun kept({u"--offscreen"_s, u"--exit-after"_s, u"4"_s, u"--simulator"_s,
+    const VXSampleRun kept({u"--offscreen"_s, u"--exit-after"_s, u"12"_s, u"--simulator"_s,
                             u"none"_s, u"web"_s, fileWith(folder, page), u"--keep"_s});
     QCOMPARE(kept.exitCode(), 4);
     QVERIFY(kept.result().contains(u"title"_s));

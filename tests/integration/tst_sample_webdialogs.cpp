@@ -229,7 +229,7 @@ void tst_sample_webdialogs::passwordGoesToTheProviderOnly()
     provider.setAnswer(VXRawAnswer::http(302, {}, {"Location: " + elsewhere.url().toEncoded()}));
     const VXSampleRun waiting = login({u"--authorize-url"_s, provider.url(u"/auth"_s).toString(),
                                        u"--user"_s, u"demo"_s, u"--password-stdin"_s},
-                                      4);
+                                      12);
     QCOMPARE(waiting.exitCode(), 4);
     QVERIFY(!elsewhere.requests().isEmpty());
     for (const VXRawRequest& request : elsewhere.requests())

@@ -476,7 +476,7 @@ void tst_upload_from_phones::theLinkIsCutAndRestoredWhileAPhotoIsSent()
              0);
 
     const QStringList command = VXLan::asPhone(
-        1, {u"curl"_s, u"-sS"_s, u"--limit-rate"_s, u"1M"_s, u"-H"_s, u"Cookie: sid="_s + token,
+        1, {u"curl"_s, u"-sS"_s, u"--limit-rate"_s, u"500K"_s, u"-H"_s, u"Cookie: sid="_s + token,
             u"--data-binary"_s, u"@"_s + host.path(u"photo"_s), base + u"upload?file=a.jpg"_s});
     QProcess curl;
     curl.start(command.constFirst(), command.sliced(1));
@@ -563,15 +563,20 @@ void tst_upload_from_phones::networkManagerNamesTheNetwork()
     QCOMPARE(bus.start(), QString());
     QVERIFY(bus.startFake({u"networkmanager"_s, u"lan0=ethernet"_s, u"lan1=wifi:43616665"_s}));
     QCOMPARE(VXLan::addInterface(u"lan1"_s, {u"10.81.0.1/24"_s}), QString());
-    {
+    // A fresh host each time: on a busy computer the fake service may miss the time limit.
+    QString name;
+    for (int attempt = 0; attempt < 10 && name.isEmpty(); ++attempt) {
         Host host;
         QCOMPARE(host.start(), QString());
         const QJsonObject last = host.events(u"urlChanged"_s).constLast();
-        QCOMPARE(last.value(u"wifiName"_s).toString(), u"Cafe"_s);
-        QCOMPARE(last.value(u"index"_s).toInt(), 0);
         QCOMPARE(last.value(u"count"_s).toInt(), 2);
+        name = last.value(u"wifiName"_s).toString();
+        if (name.isEmpty())
+            continue; // then the wired address may come first
+        QCOMPARE(last.value(u"index"_s).toInt(), 0);
         QCOMPARE(host.url().host(), u"10.81.0.1"_s);
     }
+    QCOMPARE(name, u"Cafe"_s);
     VXLan::removeInterface(u"lan1"_s);
     qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
 }
@@ -622,7 +627,7 @@ void tst_upload_from_phones::theDialogCommandShowsTheDialog()
     QTemporaryDir folder;
     QProcess process;
     process.start(u"" VX_BINARY_DIR "/bin/vx-sample"_s,
-                  {u"--offscreen"_s, u"--exit-after"_s, u"1"_s, u"upload-dialog"_s, u"--target"_s,
+                  {u"--offscreen"_s, u"--exit-after"_s, u"5"_s, u"upload-dialog"_s, u"--target"_s,
                    folder.path()});
     QVERIFY(process.waitForFinished(60000));
     QCOMPARE(process.exitCode(), 0);

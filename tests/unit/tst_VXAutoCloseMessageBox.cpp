@@ -152,7 +152,7 @@ void tst_VXAutoCloseMessageBox::theAccessibleNameOfTheCountdownStays()
     box.setTickInterval(5);
     box.open();
     QCOMPARE(countdownOf(box)->accessibleName(), u"Verbleibende Zeit"_s);
-    QTRY_COMPARE(box.property("remainingSeconds").toInt(), 1);
+    QTRY_VERIFY(box.property("remainingSeconds").toInt() < 2);
     QCOMPARE(countdownOf(box)->accessibleName(), u"Verbleibende Zeit"_s);
 }
 

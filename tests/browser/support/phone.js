@@ -93,6 +93,7 @@ class Phone {
     mendPath() { execFileSync('ip', ['link', 'set', `phone${this.number}`, 'master', 'lan0']); }
 
     // Slows the page's sending down to so many bytes per second.
+    // A test that does something in mid-batch makes the batch take seconds, for a busy machine.
     static async throttle(page, bytesPerSecond) {
         const session = await page.context().newCDPSession(page);
         await session.send('Network.enable');
