@@ -15,18 +15,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int PATIENCE = 120'000; // milliseconds for one answer of another process
+constexpr int patience = 120'000; // milliseconds for one answer of another process
 
 void end(QProcess& theProcess)
 {
     theProcess.closeWriteChannel(); // their signal to go
-    if (theProcess.state() != QProcess::NotRunning && !theProcess.waitForFinished(PATIENCE))
+    if (theProcess.state() != QProcess::NotRunning && !theProcess.waitForFinished(patience))
         theProcess.kill();
 }
 
 QByteArray readLine(QProcess& theProcess)
 {
-    while (!theProcess.canReadLine() && theProcess.waitForReadyRead(PATIENCE)) {
+    while (!theProcess.canReadLine() && theProcess.waitForReadyRead(patience)) {
     }
     return theProcess.readLine().trimmed();
 }
