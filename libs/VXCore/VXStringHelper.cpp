@@ -139,16 +139,22 @@ private:
 
     void hideValue(QStringView theName, QChar theBefore)
     {
-        const bool isQuotedName = theBefore == u'"' && current() == u'"';
-        qsizetype position = skipBlanks(myPosition + (isQuotedName ? 1 : 0));
+        const bool isEscaped = theBefore == u'"' && isEscapedMark();
+        const bool isQuotedName = isEscaped || (theBefore == u'"' && current() == u'"');
+        const qsizetype mark = isEscaped ? 2 : (isQuotedName ? 1 : 0);
+        const qsizetype position = skipBlanks(myPosition + mark);
         const QChar separator = at(position);
         const bool isHeader = theName.endsWith("authorization"_L1, Qt::CaseInsensitive);
         if (separator != u'=' && !(separator == u':' && (isQuotedName || isHeader)))
             return;
 
         myPosition = skipBlanks(position + 1);
-        if (current() == u'"' || current() == u'\'')
+        if (isEscapedMark())
+            hideEscapedText();
+        else if (current() == u'"' || current() == u'\'')
             hideQuoted();
+        else if (isEscaped)
+            hideEscapedJson();
         else if (isQuotedName)
             hideJson();
         else
@@ -161,6 +167,38 @@ private:
         for (int count = 0; count < longestName && at(thePosition).isSpace(); ++count)
             ++thePosition;
         return thePosition;
+    }
+
+    // A quotation mark inside a text in quotation marks, such as Qt's debug output has.
+    [[nodiscard]] bool isEscapedMark() const
+    {
+        return current() == u'\\' && at(myPosition + 1) == u'"';
+    }
+
+    // As hideJson() there, but an array and all behind it: its end is hard to tell.
+    void hideEscapedJson()
+    {
+        const qsizetype start = myPosition;
+        if (current() == u'[') {
+            skipQuoted(u'"');
+            replace(start);
+        } else if (current() != u'{') {
+            hideUntil(u",}] \t\r\n\"\\"_s);
+        }
+    }
+
+    // To the next such mark, the end of the text around it, or the end.
+    void hideEscapedText()
+    {
+        myPosition += 2;
+        const qsizetype start = myPosition;
+        while (!isAtEnd() && current() != u'"' && !isEscapedMark()) {
+            if (current() == u'\\' && at(myPosition + 1) == u'\\')
+                myPosition += 2; // the inner text's own backslash, which takes the next along
+            myPosition += current() == u'\\' ? 2 : 1;
+        }
+        myPosition = qMin(myPosition, myText.size());
+        replace(start);
     }
 
     void hideQuoted()

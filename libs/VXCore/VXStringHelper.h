@@ -17,7 +17,8 @@ public:
     ///
     /// Knows the forms name=value (up to "&", a quotation mark, "<" or the end of the line),
     /// name="value", "name":"value", `<name>value</name>` and the header line
-    /// "Authorization: value". In doubt it masks too much. The effort grows with the length of the
-    /// text only, whatever it holds. Thread-safe.
+    /// "Authorization: value". A backslash may stand before quotation marks, as in a text that a
+    /// log quotes. In doubt it masks too much. The effort grows with the length of the text only,
+    /// whatever it holds. Thread-safe.
     [[nodiscard]] static QString hidePasswords(const QString& theText);
 };

@@ -63,6 +63,26 @@ void tst_VXStringHelper::secretsAreMasked_data()
     QTest::newRow("JSON, member of an object") << uR"({"token":{"access_token":"a","x":1}})"_s
                                                << uR"({"token":{"access_token":"***","x":1}})"_s;
     QTest::newRow("JSON, broken off") << uR"({"password":"abc)"_s << uR"({"password":"***)"_s;
+    QTest::newRow("quoted JSON") << uR"(body: "{\"token\" : \"a\",\"x\":1}" end)"_s
+                                 << uR"(body: "{\"token\" : \"***\",\"x\":1}" end)"_s;
+    QTest::newRow("quoted JSON, escapes of its own")
+        << uR"("{\"token\":\"a\\\"b\\\\\",\"x\":\"y\"}")"_s
+        << uR"("{\"token\":\"***\",\"x\":\"y\"}")"_s;
+    QTest::newRow("quoted JSON, number")
+        << uR"("{\"code\":12,\"x\":1}")"_s << uR"("{\"code\":***,\"x\":1}")"_s;
+    QTest::newRow("quoted JSON, number before the end")
+        << uR"("{\"code\":12" x)"_s << uR"("{\"code\":***" x)"_s;
+    QTest::newRow("quoted JSON, list")
+        << uR"("{\"token\":[\"a\",\"b\"],\"x\":1}" end)"_s << uR"("{\"token\":***" end)"_s;
+    QTest::newRow("quoted JSON, member of an object")
+        << uR"("{\"token\":{\"code\":\"a\"}}")"_s << uR"("{\"token\":{\"code\":\"***\"}}")"_s;
+    QTest::newRow("quoted attribute")
+        << uR"("<a pwd=\"a b\" x=\"1\">")"_s << uR"("<a pwd=\"***\" x=\"1\">")"_s;
+    QTest::newRow("quoted JSON, broken off") << uR"("{\"pwd\":\"abc)"_s << uR"("{\"pwd\":\"***)"_s;
+    QTest::newRow("quoted JSON, text cut off")
+        << uR"("{\"pwd\":\"abc" x)"_s << uR"("{\"pwd\":\"***" x)"_s;
+    QTest::newRow("quoted JSON, backslash at the end")
+        << uR"("{\"pwd\":\"abc\\)"_s << uR"("{\"pwd\":\"***)"_s;
     QTest::newRow("XML, prefix") << u"<x:password>a</x:password>"_s
                                  << u"<x:password>***</x:password>"_s;
     QTest::newRow("XML, attributes")
@@ -134,6 +154,8 @@ void tst_VXStringHelper::effortGrowsWithTheLengthOnly_data()
     QTest::newRow("elements and ends with prefixes") << u"<a:token></b:c"_s;
     QTest::newRow("JSON lists") << u"\"token\":["_s;
     QTest::newRow("JSON texts") << u"\"token\":\""_s;
+    QTest::newRow("quoted JSON lists") << u"\"token\\\":["_s;
+    QTest::newRow("quoted JSON texts") << u"\"token\\\":\\\""_s;
     QTest::newRow("backslashes") << u"\"token\":\"\\"_s;
 }
 
