@@ -18,9 +18,9 @@ public:
 
     /// The folder for temporary files, absolute, without a slash at its end and without links in
     /// its path, the same in each run ("Paths/temporaryDirectory" of the deployment). It is made
-    /// when it is missing, for its owner only. When it cannot be made, is a link, belongs to
-    /// somebody else or lets others write, a folder that this process has for itself takes its
-    /// place, with a warning. Never empty.
+    /// when it is missing, and closed to everybody but its owner, new or not. When it cannot be
+    /// made, is a link, belongs to somebody else or lets others write, a folder that this process
+    /// has for itself takes its place, with a warning. Never empty.
     [[nodiscard]] QString temporaryDirectory() const;
 
     /// Holds until the process ends. A relative path is taken from the current folder.

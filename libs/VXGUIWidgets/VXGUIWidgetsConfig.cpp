@@ -16,8 +16,8 @@ namespace {
 // The latest first.
 QStringList& addedFolders()
 {
-    static QStringList folders;
-    return folders;
+    static QStringList ourFolders;
+    return ourFolders;
 }
 
 // An identifier is made of names that others chose, such as a service's.

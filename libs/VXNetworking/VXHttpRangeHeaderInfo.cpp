@@ -24,7 +24,7 @@ VXHttpRangeHeaderInfo::VXHttpRangeHeaderInfo(const QString& theRangeHeader, qint
 
     myStart = match.capturedView(1).toLongLong();
     const QStringView end = match.capturedView(2);
-    // Unsigned, for a total of the smallest number
+    // Unsigned: the smallest number less one would overflow.
     const auto last = static_cast<qint64>(static_cast<quint64>(theTotal) - 1);
     myEnd = end.isEmpty() ? last : end.toLongLong();
 }

@@ -10,12 +10,13 @@ class QJsonObject;
 /// A login in the user's own browser (RFC 8252): opens the provider's page there, shows a hint
 /// meanwhile, and catches the provider's redirect on port 1031 of this computer.
 ///
-/// When exec() returns QDialog::Accepted, the caller exchanges accessCode() for tokens itself. A
-/// provider's error redirect has no code and leaves the dialog open; so does everything else until
-/// the user gives up.
+/// When exec() returns QDialog::Accepted, the caller exchanges accessCode() for tokens itself. The
+/// code's reserved characters are still percent-encoded: decode it once with
+/// QUrl::fromPercentEncoding(). A provider's error redirect has no code and leaves the dialog open;
+/// so does everything else until the user gives up.
 ///
 /// The port is open on every address from the constructor to the destructor, and whoever reaches it
-/// may hand in a code of his own. So the caller puts a PKCE challenge (RFC 7636) into the login URL
+/// may hand in a code of its own. So the caller puts a PKCE challenge (RFC 7636) into the login URL
 /// and the verifier into the exchange: a foreign code is then refused there. When the port is taken
 /// the log has one warning, and the user can only cancel.
 ///

@@ -11,8 +11,9 @@ class QWebSocket;
 /// One page's connection, as the web channel uses it.
 ///
 /// Nothing passes in either direction before the page has sent "VXSecToken:" and the token as its
-/// very first message (RFC 6455 text message). A page that begins otherwise is deaf and dumb until
-/// it disconnects. What comes in is handled from the event loop, in the socket's thread.
+/// very first message (RFC 6455 text message). A page that begins otherwise is neither heard nor
+/// told anything until it disconnects. What comes in is handled from the event loop, in the
+/// socket's thread.
 class VXNETWORKING_EXPORT VXWebSocketTransport : public QWebChannelAbstractTransport
 {
     Q_OBJECT

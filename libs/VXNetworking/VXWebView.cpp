@@ -122,7 +122,7 @@ VXWebView* VXWebView::createWebView(QWidget* theParent, bool injectCustom)
     return view;
 }
 
-void VXWebView::updateNativeWidget(QWidget* theWidget){Q_UNUSED(theWidget)}
+void VXWebView::updateNativeWidget(QWidget*) {}
 
 VXAbstractCommunication* VXWebView::createCommunication(const QString& theName)
 {
