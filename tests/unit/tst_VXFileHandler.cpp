@@ -1,6 +1,7 @@
 #include <VXCore/VXFileHandler.h>
 
-#include "VXTestMain.h"
+#include "VXLogCapture.h"
+#include "VXProbe.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
@@ -9,7 +10,45 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Makes every disk read-only for this process, for good. False, with errno, without the right.
+bool protectEverything()
+{
+    mount_attr readOnly{};
+    readOnly.attr_set = MOUNT_ATTR_RDONLY;
+    return ::unshare(CLONE_NEWNS | (::geteuid() == 0 ? 0 : CLONE_NEWUSER)) == 0 &&
+           ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           ::mount_setattr(AT_FDCWD, "/", AT_RECURSIVE, &readOnly, sizeof readOnly) == 0;
+}
+
+/// In a process where nothing can be deleted: a mistake in what is tested must not cost the
+/// machine.
+int removeRoot()
+{
+    if (!protectEverything()) {
+        VXProbe::print(u"not protected: "_s + QString::fromLocal8Bit(std::strerror(errno)));
+        return 0;
+    }
+    for (const QString& path : {u"/"_s, u"/usr/.."_s}) {
+        const VXLogCapture log;
+        const bool isRemoved = VXFileHandler::recursiveRemove(path);
+        VXProbe::print(isRemoved ? path + u": removed"_s : log.texts(QtWarningMsg).value(0));
+    }
+    return 0;
+}
+
+} // namespace
 
 class tst_VXFileHandler : public QObject
 {
@@ -21,6 +60,7 @@ private Q_SLOTS:
     void linksAreNotFollowed();
     void dangerousPathsAreRefused_data();
     void dangerousPathsAreRefused();
+    void theRootIsRefused();
     void fileAndLinkAreRefused();
     void linkInTheMiddleIsRefused();
 };
@@ -61,8 +101,6 @@ void tst_VXFileHandler::dangerousPathsAreRefused_data()
 
     // The home folder is the test's own, and empty but for what this test puts there.
     QTest::newRow("empty") << u""_s;
-    QTest::newRow("root") << u"/"_s;
-    QTest::newRow("root by a detour") << u"/usr/.."_s;
     QTest::newRow("above home") << QFileInfo(QDir::homePath()).path();
     QTest::newRow("home") << QDir::homePath();
     QTest::newRow("home with slash") << QDir::homePath() + u'/';
@@ -77,6 +115,12 @@ void tst_VXFileHandler::dangerousPathsAreRefused()
                          QRegularExpression(u"not deleted, no folder to delete as a whole$"_s));
     QVERIFY(!VXFileHandler::recursiveRemove(folder));
     QVERIFY(QDir(QDir::homePath() + "/x"_L1).exists());
+}
+
+void tst_VXFileHandler::theRootIsRefused()
+{
+    const QString refusal = u"not deleted, no folder to delete as a whole"_s;
+    QCOMPARE(VXProbe::run(u"root"_s), (QStringList{u"/: "_s + refusal, u"/usr/..: "_s + refusal}));
 }
 
 void tst_VXFileHandler::fileAndLinkAreRefused()
@@ -106,6 +150,6 @@ void tst_VXFileHandler::linkInTheMiddleIsRefused()
     QVERIFY(QDir(parent.filePath(u"kept/Cache"_s)).exists());
 }
 
-VX_TEST_MAIN(QCoreApplication, tst_VXFileHandler)
+VX_PROBE_TEST_MAIN(QCoreApplication, tst_VXFileHandler, {u"root"_s, removeRoot})
 
 #include "tst_VXFileHandler.moc"
