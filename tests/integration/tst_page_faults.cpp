@@ -2,6 +2,7 @@
 #include "VXProbe.h"
 #include "VXRawPeer.h"
 #include "VXReliabilityDocument.h"
+#include "VXRenderer.h"
 #include "VXTlsPeer.h"
 #include "VXWebTest.h"
 
@@ -24,21 +25,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QWebEngineView* engineOf(const VXWebTest::Page& thePage)
-{
-    return qobject_cast<QWebEngineView*>(thePage.view->nativeWidget());
-}
-
-/// Ends the page's render process from outside and waits until the engine has seen it.
-bool killRenderer(const VXWebTest::Page& thePage, int theSignal)
-{
-    const QSignalSpy terminated(engineOf(thePage), &QWebEngineView::renderProcessTerminated);
-    const auto process = static_cast<pid_t>(engineOf(thePage)->page()->renderProcessPid());
-    if (process <= 0 || ::kill(process, theSignal) != 0)
-        return false;
-    return QTest::qWaitFor([&] { return terminated.count() == 1; }, 20000);
-}
-
 /// Begins to load and says whether that succeeded.
 QString load(const VXWebTest::Page& thePage, const QUrl& theUrl)
 {
@@ -54,7 +40,7 @@ QString load(const VXWebTest::Page& thePage, const QUrl& theUrl)
 int executor()
 {
     VXWebTest::Page page;
-    if (!page.load(u"<p>Text"_s) || !killRenderer(page, SIGKILL))
+    if (!page.load(u"<p>Text"_s) || !VXRenderer::kill(page, SIGKILL))
         return 1;
     VXJavaScriptExecutor executor(page.view.get());
     executor.addScriptSource(u"1 + 1"_s);
@@ -120,7 +106,7 @@ void tst_page_faults::aKilledPage()
     VXWebTest::Page page;
     QCOMPARE(load(page, peer.url()), u"shown"_s);
     const QSignalSpy started(page.view.get(), &VXWebView::loadStarted);
-    QVERIFY(killRenderer(page, signal));
+    QVERIFY(VXRenderer::kill(page, signal));
     const VXCrashDetector nextRun;
     const QString record =
         u"%1%2"_s.arg(nextRun.qtWebEngineDidCrashWithGpuOn() ? u"on"_s : u""_s,

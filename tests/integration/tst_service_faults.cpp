@@ -1,5 +1,6 @@
 #include "VXChannelClient.h"
 #include "VXDialogVisitor.h"
+#include "VXFolderContent.h"
 #include "VXGapMeter.h"
 #include "VXHoldings.h"
 #include "VXLan.h"
@@ -21,7 +22,6 @@
 #include <VXNetworking/VXWebSocketCommunication.h>
 
 #include <QtCore/QDir>
-#include <QtCore/QDirIterator>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QJsonObject>
 #include <QtCore/QLoggingCategory>
@@ -213,19 +213,6 @@ QStringList attack(const ChannelRow& theRow, const QUrl& theServer, const QStrin
 }
 
 // --- photos
-
-QMap<QString, QByteArray> snapshot(const QString& theFolder)
-{
-    QMap<QString, QByteArray> files;
-    QDirIterator entry(theFolder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
-                       QDirIterator::Subdirectories);
-    while (entry.hasNext()) {
-        QFile file(entry.next());
-        files.insert(file.fileName(),
-                     file.open(QIODevice::ReadOnly) ? file.readAll() : "<folder>"_ba);
-    }
-    return files;
-}
 
 struct PhotoRow
 {
@@ -465,7 +452,7 @@ void tst_service_faults::aPhotoWithAnOddName()
     service.start();
     QSignalSpy uploads(&service, &VXLocalUploadService::filesUploaded);
     const QByteArray token = service.nextToken().toLatin1();
-    const QMap<QString, QByteArray> before = snapshot(disk.path());
+    const QMap<QString, QByteArray> before = VXFolderContent::of(disk.path());
 
     VXPlainHttpClient phone(QHostAddress(service.url().host()),
                             static_cast<quint16>(service.url().port()));
@@ -474,7 +461,7 @@ void tst_service_faults::aPhotoWithAnOddName()
     compare(u"Photos from phones"_s, {number(answer.status), QString::fromLatin1(answer.body),
                                       number(uploads.count()), names(folder)});
     // Nothing else has changed, in the folder or outside.
-    QMap<QString, QByteArray> after = snapshot(disk.path());
+    QMap<QString, QByteArray> after = VXFolderContent::of(disk.path());
     for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
         QCOMPARE(after.take(folder + u'/' + name), "photo"_ba);
     QCOMPARE(after, before);

@@ -1,3 +1,4 @@
+#include "VXFolderContent.h"
 #include "VXGapMeter.h"
 #include "VXHoldings.h"
 #include "VXLan.h"
@@ -10,7 +11,6 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
-#include <QtCore/QDirIterator>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QLoggingCategory>
@@ -46,20 +46,6 @@ void write(const QString& theFile, const QByteArray& theData)
     QFile file(theFile);
     if (!file.open(QIODevice::WriteOnly) || file.write(theData) != theData.size())
         qFatal("cannot write %s", qPrintable(theFile));
-}
-
-/// Every file below a folder with its contents.
-QMap<QString, QByteArray> snapshot(const QString& theFolder)
-{
-    QMap<QString, QByteArray> files;
-    QDirIterator entry(theFolder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
-                       QDirIterator::Subdirectories);
-    while (entry.hasNext()) {
-        QFile file(entry.next());
-        files.insert(file.fileName(),
-                     file.open(QIODevice::ReadOnly) ? file.readAll() : "<folder>"_ba);
-    }
-    return files;
 }
 
 /// Runs theAttack as phone1 in a thread of its own; the GUI thread, where the service lives,
@@ -194,7 +180,7 @@ void tst_upload_hostile::aThousandConnectionsLeaveRoomForAPhone()
     });
     QCOMPARE(outcome.open, connectionCount);
     QCOMPARE(outcome.status, 200);
-    QCOMPARE(snapshot(path(u"target"_s)).size(), 1);
+    QCOMPARE(VXFolderContent::of(path(u"target"_s)).size(), 1);
     QTRY_VERIFY_WITH_TIMEOUT(VXHoldings::now().descriptors <= before + 8,
                              30000); // the resolver keeps some
     report(meter, u"1,000 connections, a phone served in %1 ms"_s.arg(outcome.answeredIn));
@@ -217,7 +203,8 @@ void tst_upload_hostile::stalledBodiesLeaveRoomForAPhone()
     });
     QCOMPARE(status, 200);
     QCOMPARE(uploads.count(), 1); // who hangs up in the middle has sent nothing
-    QCOMPARE(snapshot(path(u"target"_s)).keys(), QStringList{path(u"target/b.qrul.jpg"_s)});
+    QCOMPARE(VXFolderContent::of(path(u"target"_s)).keys(),
+             QStringList{path(u"target/b.qrul.jpg"_s)});
     report(meter, u"200 stalled bodies"_s);
 }
 
@@ -276,7 +263,7 @@ void tst_upload_hostile::noAddressReadsAnotherFile()
         }
     }
     QFile::link(path(u"."_s), path(u"assets/up"_s));
-    const QMap<QString, QByteArray> before = snapshot(path(u"assets"_s));
+    const QMap<QString, QByteArray> before = VXFolderContent::of(path(u"assets"_s));
 
     struct Outcome
     {
@@ -296,7 +283,7 @@ void tst_upload_hostile::noAddressReadsAnotherFile()
     QCOMPARE(outcome.leaks, QByteArrayList());
     QCOMPARE(outcome.asked, targets.size());
     QVERIFY(targets.size() > 200);
-    QCOMPARE(snapshot(path(u"assets"_s)), before);
+    QCOMPARE(VXFolderContent::of(path(u"assets"_s)), before);
     report(meter, u"%1 addresses"_s.arg(targets.size()));
 }
 
@@ -333,7 +320,7 @@ void tst_upload_hostile::noFileNameLeavesTheFolder()
                                "..%2F..%2F..%2F..%2F..%2F..%2Ftmp%2Fx.jpg"};
     QDir().mkpath(path(u"target/folder"_s));
     QVERIFY(QFile::link(path(u"assets"_s), path(u"target/link"_s)));
-    const QMap<QString, QByteArray> before = snapshot(myFolder->path());
+    const QMap<QString, QByteArray> before = VXFolderContent::of(myFolder->path());
     const int stored = asPhone([&] {
         admit();
         int count = 0;
@@ -346,7 +333,7 @@ void tst_upload_hostile::noFileNameLeavesTheFolder()
     });
     QCOMPARE(stored, names.size());
 
-    QMap<QString, QByteArray> after = snapshot(myFolder->path());
+    QMap<QString, QByteArray> after = VXFolderContent::of(myFolder->path());
     after.removeIf([this](const auto& theFile) {
         const QString name = theFile.key().mid(path(u"target/"_s).size());
         return theFile.key().startsWith(path(u"target/"_s)) && !name.contains(u'/') &&

@@ -1,6 +1,7 @@
 #include <VXNetworking/VXJavaScriptExecutor.h>
 
 #include "VXProbe.h"
+#include "VXRenderer.h"
 #include "VXWebTest.h"
 
 #include <VXCore/VXPlatformIndependent.h>
@@ -10,10 +11,8 @@
 #include <QtCore/QPointer>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
-#include <QtWebEngineWidgets/QWebEngineView>
 #include <QtWidgets/QApplication>
 
-#include <csignal>
 #include <cstdio>
 
 #include <unistd.h>
@@ -53,12 +52,6 @@ Platform* installPlatform()
     return installed;
 }
 
-pid_t rendererOf(const VXWebTest::Page& thePage)
-{
-    const auto* const native = qobject_cast<QWebEngineView*>(thePage.view->nativeWidget());
-    return static_cast<pid_t>(native->page()->renderProcessPid());
-}
-
 /// Executes a script in a page whose process it killed, and says so after some seconds.
 int waitForDeadPage()
 {
@@ -66,11 +59,7 @@ int waitForDeadPage()
     VXWebTest::Page page;
     if (!page.load(u"<p>Text"_s))
         return 1;
-    QSignalSpy died(
-        page.view->nativeWidget(),
-        SIGNAL(renderProcessTerminated(QWebEnginePage::RenderProcessTerminationStatus, int)));
-    ::kill(rendererOf(page), SIGKILL);
-    if (!died.wait(10000))
+    if (!VXRenderer::kill(page))
         return 2;
 
     VXJavaScriptExecutor executor(page.view.get());

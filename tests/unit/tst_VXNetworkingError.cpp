@@ -1,5 +1,6 @@
 #include <VXNetworking/VXNetworkingError.h>
 
+#include "VXMarkingTranslator.h"
 #include "VXTestMain.h"
 
 #include <VXCore/VXErrorEvent.h>
@@ -8,7 +9,6 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QTemporaryDir>
-#include <QtCore/QTranslator>
 #include <QtXml/QDomDocument>
 
 #include <array>
@@ -285,21 +285,6 @@ void writeFile(const QString& thePath, const QByteArray& theContent)
     QVERIFY2(file.open(QFile::WriteOnly), qPrintable(file.errorString()));
     QCOMPARE(file.write(theContent), theContent.size());
 }
-
-/// Marks each text with its context.
-class MarkingTranslator : public QTranslator
-{
-    Q_OBJECT
-
-public:
-    using QTranslator::QTranslator;
-    [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(const char* theContext, const char* theSource, const char*,
-                                    int) const override
-    {
-        return u"[%1]"_s.arg(QString::fromUtf8(theContext)) + QString::fromUtf8(theSource);
-    }
-};
 
 } // namespace
 
@@ -930,7 +915,7 @@ void tst_VXNetworkingError::detailsShowOnlyWhatThereIs()
 
 void tst_VXNetworkingError::textsAreTranslatedInTheClassContext()
 {
-    MarkingTranslator translator;
+    VXMarkingTranslator translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));
     VXNetworkingError error;
     error.raiseHttpError(500);

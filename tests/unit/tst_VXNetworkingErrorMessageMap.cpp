@@ -1,5 +1,6 @@
 #include <VXNetworking/VXNetworkingErrorMessageMap.h>
 
+#include "VXMarkingTranslator.h"
 #include "VXProbe.h"
 #include "VXTestMain.h"
 
@@ -7,7 +8,6 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QSemaphore>
-#include <QtCore/QTranslator>
 #include <QtGui/QImage>
 
 #include <algorithm>
@@ -209,21 +209,6 @@ constexpr std::array codesWithoutText{
     3598, 3600, 3606,  3698,  3700,  3705,  3798,  3800,   3803, 3898, 3900, 5001, 5007, 5008,
     5012, 7777, 10404, 10499, 10500, 20000, 20001, 1000000};
 
-/// Marks each text with its context.
-class MarkingTranslator : public QTranslator
-{
-    Q_OBJECT
-
-public:
-    using QTranslator::QTranslator;
-    [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(const char* theContext, const char* theSource, const char*,
-                                    int) const override
-    {
-        return u"[%1]"_s.arg(QString::fromUtf8(theContext)) + QString::fromUtf8(theSource);
-    }
-};
-
 QString messageOf(int theCode)
 {
     return VXNetworkingErrorMessageMap().message(static_cast<VXNetworkingErrorCode>(theCode));
@@ -344,7 +329,7 @@ int lookUpWhileTheTableFills()
 /// The first look-up happens under a translator that is gone at the next one.
 int translateTheFirstLookUp()
 {
-    MarkingTranslator translator;
+    VXMarkingTranslator translator;
     QCoreApplication::installTranslator(&translator);
     VXProbe::print(messageOf(0));
     QCoreApplication::removeTranslator(&translator);
@@ -529,7 +514,7 @@ void tst_VXNetworkingErrorMessageMap::theLanguageOfTheFirstLookUpStays()
 void tst_VXNetworkingErrorMessageMap::aLaterLanguageChangesNothing()
 {
     QCOMPARE(messageOf(0), u"Kein Fehler."_s);
-    MarkingTranslator translator;
+    VXMarkingTranslator translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));
     const QString text = messageOf(0);
     QVERIFY(QCoreApplication::removeTranslator(&translator));

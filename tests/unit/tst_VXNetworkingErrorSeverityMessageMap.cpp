@@ -1,10 +1,10 @@
 #include <VXNetworking/VXNetworkingErrorSeverityMessageMap.h>
 
+#include "VXMarkingTranslator.h"
 #include "VXProbe.h"
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QTranslator>
 
 #include <array>
 #include <barrier>
@@ -32,21 +32,6 @@ constexpr std::array severityTexts{
     SeverityText{6, "Bitte versuchen Sie es erneut!"},
     SeverityText{7, "Programmfehler bei der Deklaration der Bestellung. Bitte wenden Sie sich an "
                     "den Kundendienst!"},
-};
-
-/// Marks each text with its context.
-class MarkingTranslator : public QTranslator
-{
-    Q_OBJECT
-
-public:
-    using QTranslator::QTranslator;
-    [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(const char* theContext, const char* theSource, const char*,
-                                    int) const override
-    {
-        return u"[%1]"_s.arg(QString::fromUtf8(theContext)) + QString::fromUtf8(theSource);
-    }
 };
 
 QString textOf(int theSeverity)
@@ -82,7 +67,7 @@ int raceForTheFirstLookUp()
 /// The first look-up happens under a translator that is gone at the next one.
 int translateTheFirstLookUp()
 {
-    MarkingTranslator translator;
+    VXMarkingTranslator translator;
     QCoreApplication::installTranslator(&translator);
     VXProbe::print(textOf(0));
     QCoreApplication::removeTranslator(&translator);
@@ -150,7 +135,7 @@ void tst_VXNetworkingErrorSeverityMessageMap::theLanguageOfTheFirstLookUpStays()
 void tst_VXNetworkingErrorSeverityMessageMap::aLaterLanguageChangesNothing()
 {
     QCOMPARE(textOf(0), u"Kein Fehler"_s);
-    MarkingTranslator translator;
+    VXMarkingTranslator translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));
     const QString text = textOf(0);
     QVERIFY(QCoreApplication::removeTranslator(&translator));

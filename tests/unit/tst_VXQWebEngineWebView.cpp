@@ -3,6 +3,7 @@
 #include "VXDialogVisitor.h"
 #include "VXProbe.h"
 #include "VXRawPeer.h"
+#include "VXRenderer.h"
 #include "VXWebTest.h"
 
 #include <VXCore/VXCrashDetector.h>
@@ -31,21 +32,6 @@ namespace {
 const QString receipt =
     u"<html><head><meta charset='utf-8'><title>Beleg</title></head><body><h1>Beleg für Größe</h1>"
     "<p style='page-break-before:always'>Zweite Seite</p></body></html>"_s;
-
-QWebEngineView* engineOf(const VXWebTest::Page& thePage)
-{
-    return qobject_cast<QWebEngineView*>(thePage.view->nativeWidget());
-}
-
-/// Ends the page's render process from outside and waits until the engine has seen it.
-bool killRenderer(const VXWebTest::Page& thePage, int theSignal = SIGKILL)
-{
-    const QSignalSpy terminated(engineOf(thePage), &QWebEngineView::renderProcessTerminated);
-    const auto process = static_cast<pid_t>(engineOf(thePage)->page()->renderProcessPid());
-    if (process <= 0 || ::kill(process, theSignal) != 0)
-        return false;
-    return QTest::qWaitFor([&] { return terminated.count() == 1; }, 20000);
-}
 
 bool isRecorded(bool theGpuWasOn)
 {
@@ -83,7 +69,7 @@ int print(int theCancelledCount)
     VXWebTest::Page page;
     if (!page.load(receipt))
         return 1;
-    QSignalSpy printed(engineOf(page), &QWebEngineView::printFinished);
+    QSignalSpy printed(VXRenderer::engineOf(page), &QWebEngineView::printFinished);
     int dialogs = 0;
     const VXDialogVisitor user([&](QDialog* theDialog) {
         if (++dialogs <= theCancelledCount) {
@@ -111,7 +97,7 @@ int printAndCloseAtOnce()
     VXWebTest::Page page;
     if (!page.load(receipt))
         return 1;
-    const QPointer<QWebEnginePage> inner = engineOf(page)->page();
+    const QPointer<QWebEnginePage> inner = VXRenderer::engineOf(page)->page();
     const VXDialogVisitor user([](QDialog* theDialog) {
         const auto edits = theDialog->findChildren<QLineEdit*>(u"filename"_s);
         for (auto* const edit : edits)
@@ -133,7 +119,7 @@ int quitWhileSaving()
     QTimer::singleShot(0, [&inner] {
         VXWebTest::Page page;
         if (page.load(receipt)) {
-            inner = engineOf(page)->page();
+            inner = VXRenderer::engineOf(page)->page();
             page.view->saveContent(qEnvironmentVariable("VX_PRINT_FILE"));
         }
         QCoreApplication::quit();
@@ -262,7 +248,7 @@ void tst_VXQWebEngineWebView::aWidgetWithoutParentDiesWithItsView()
 void tst_VXQWebEngineWebView::theWidgetOutlivesItsView()
 {
     VXWebTest::Page page;
-    const QPointer<QWebEngineView> widget = engineOf(page);
+    const QPointer<QWebEngineView> widget = VXRenderer::engineOf(page);
     page.view.reset();
     QVERIFY(!widget.isNull());
     QSignalSpy finished(widget, &QWebEngineView::loadFinished);
@@ -450,7 +436,7 @@ void tst_VXQWebEngineWebView::withoutANameNothingIsSaved()
 {
     VXWebTest::Page page;
     QVERIFY(page.load(receipt));
-    const QSignalSpy saved(engineOf(page), &QWebEngineView::pdfPrintingFinished);
+    const QSignalSpy saved(VXRenderer::engineOf(page), &QWebEngineView::pdfPrintingFinished);
     page.view->saveContent(QString());
     const QTemporaryDir folder;
     page.view->saveContent(folder.filePath(u"a.pdf"_s));
@@ -462,7 +448,7 @@ void tst_VXQWebEngineWebView::aFileThatCannotBeWrittenIsIgnored()
 {
     VXWebTest::Page page;
     QVERIFY(page.load(receipt));
-    const QSignalSpy saved(engineOf(page), &QWebEngineView::pdfPrintingFinished);
+    const QSignalSpy saved(VXRenderer::engineOf(page), &QWebEngineView::pdfPrintingFinished);
     page.view->saveContent(u"/nowhere/at/all/a.pdf"_s);
     QTRY_COMPARE_WITH_TIMEOUT(saved.count(), 1, 30000);
     QCOMPARE(saved.constFirst().at(1).toBool(), false);
@@ -475,7 +461,7 @@ void tst_VXQWebEngineWebView::aWindowMayBeClosedRightAfterSaving()
     const QString file = folder.filePath(u"Beleg.pdf"_s);
     VXWebTest::Page page;
     QVERIFY(page.load(receipt));
-    const QPointer<QWebEnginePage> inner = engineOf(page)->page();
+    const QPointer<QWebEnginePage> inner = VXRenderer::engineOf(page)->page();
     page.view->saveContent(file);
     page.view.reset();
     page.window.reset();
@@ -490,7 +476,7 @@ void tst_VXQWebEngineWebView::aWindowMayBeClosedWhenTheFileIsThere()
         const QString file = folder.filePath(u"%1.pdf"_s.arg(i));
         VXWebTest::Page page;
         QVERIFY(page.load(receipt));
-        const QPointer<QWebEnginePage> inner = engineOf(page)->page();
+        const QPointer<QWebEnginePage> inner = VXRenderer::engineOf(page)->page();
         page.view->saveContent(file);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(file), 30000);
         page.view.reset();
@@ -505,8 +491,8 @@ void tst_VXQWebEngineWebView::theViewOwnsItsPageAgainAfterSaving()
     const QTemporaryDir folder;
     VXWebTest::Page page;
     QVERIFY(page.load(receipt));
-    const QPointer<QWebEnginePage> inner = engineOf(page)->page();
-    const QSignalSpy saved(engineOf(page), &QWebEngineView::pdfPrintingFinished);
+    const QPointer<QWebEnginePage> inner = VXRenderer::engineOf(page)->page();
+    const QSignalSpy saved(VXRenderer::engineOf(page), &QWebEngineView::pdfPrintingFinished);
     page.view->saveContent(folder.filePath(u"a.pdf"_s));
     page.view->saveContent(folder.filePath(u"b.pdf"_s)); // the engine prints one at a time
     QTRY_COMPARE_WITH_TIMEOUT(saved.count(), 2, 30000);
@@ -520,7 +506,7 @@ void tst_VXQWebEngineWebView::aStopWaitsForTheFile()
     const QTemporaryDir folder;
     VXWebTest::Page page;
     QVERIFY(page.load(receipt));
-    QSignalSpy saved(engineOf(page), &QWebEngineView::pdfPrintingFinished);
+    QSignalSpy saved(VXRenderer::engineOf(page), &QWebEngineView::pdfPrintingFinished);
     page.view->saveContent(folder.filePath(u"a.pdf"_s));
     page.view->stop();
     QVERIFY(saved.wait(30000));
@@ -562,8 +548,8 @@ void tst_VXQWebEngineWebView::aDeadPageIsNeitherSavedNorPrinted()
     const QTemporaryDir folder;
     VXWebTest::Page page;
     QVERIFY(page.load(receipt));
-    QVERIFY(killRenderer(page));
-    const QSignalSpy saved(engineOf(page), &QWebEngineView::pdfPrintingFinished);
+    QVERIFY(VXRenderer::kill(page));
+    const QSignalSpy saved(VXRenderer::engineOf(page), &QWebEngineView::pdfPrintingFinished);
     const VXDialogVisitor user([](QDialog* theDialog) { theDialog->reject(); });
     page.view->saveContent(folder.filePath(u"a.pdf"_s));
     page.view->printContent();
@@ -619,7 +605,7 @@ void tst_VXQWebEngineWebView::aKilledRenderProcessIsRecorded()
     VXWebTest::Page page;
     QVERIFY(page.load(receipt));
     QVERIFY(!isRecorded(gpu));
-    QVERIFY(killRenderer(page, signal));
+    QVERIFY(VXRenderer::kill(page, signal));
     QVERIFY(isRecorded(gpu));
     QVERIFY(!isRecorded(!gpu));
 }
@@ -629,7 +615,7 @@ void tst_VXQWebEngineWebView::aProcessThatEndsByItselfIsNotRecorded()
     VXWebTest::Page page;
     for (const auto status :
          {QWebEnginePage::NormalTerminationStatus, QWebEnginePage::AbnormalTerminationStatus}) {
-        Q_EMIT engineOf(page)->renderProcessTerminated(status, 0);
+        Q_EMIT VXRenderer::engineOf(page)->renderProcessTerminated(status, 0);
         QCOMPARE(isRecorded(true), status != QWebEnginePage::NormalTerminationStatus);
     }
 }
@@ -642,7 +628,7 @@ void tst_VXQWebEngineWebView::aKilledPageIsNotReloaded()
     page.view->setUrl(peer.url());
     QVERIFY(finished.wait(20000));
     const QSignalSpy started(page.view.get(), &VXWebView::loadStarted);
-    QVERIFY(killRenderer(page));
+    QVERIFY(VXRenderer::kill(page));
     QCOMPARE(page.view->url(), peer.url());
 
     page.view->reload(); // works again
@@ -659,7 +645,7 @@ void tst_VXQWebEngineWebView::scriptsOfAKilledProcessEndWithoutResult()
     const auto store = [&results](const QVariant& theValue) { results.append(theValue); };
     page.view->runJavascriptAsync(u"for (;;) {}"_s, store);
     page.view->runJavascriptAsync(u"1"_s, store);
-    QVERIFY(killRenderer(page));
+    QVERIFY(VXRenderer::kill(page));
     QTRY_COMPARE(results, (QVariantList{QVariant(), QVariant()}));
     page.view->runJavascriptAsync(u"2"_s, store);
     QCOMPARE(results.size(), 3);
