@@ -2,7 +2,7 @@
 // the keyboard is.
 
 #include "VXDialogVisitor.h"
-#include "VXSampleWindowFixture.h"
+#include "VXSampleWindowTest.h"
 #include "VXTestMain.h"
 
 #include <VXCore/VXDeploymentConfig.h>
@@ -68,15 +68,12 @@ QStringList twice(QStringList theLetters)
 
 } // namespace
 
-class tst_sample_keyboard : public QObject
+class tst_sample_keyboard : public VXSampleWindowTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanupTestCase();
-    void init();
-    void cleanup();
 
     void noLetterIsGivenTwice_data();
     void noLetterIsGivenTwice();
@@ -99,17 +96,10 @@ private Q_SLOTS:
     void escapeClosesTheUpdateAndTheAboutBox();
 
 private:
-    template <typename Widget>
-    Widget& part(const QString& theName) const
-    {
-        return mySample->part<Widget>(theName);
-    }
     void showPage(int thePage) const;
     [[nodiscard]] QWidget& page() const;
     [[nodiscard]] QList<QWidget*> stopsOfTab(Qt::KeyboardModifiers theModifiers) const;
     [[nodiscard]] QStringList visibleLetters() const;
-
-    std::unique_ptr<VXSampleWindowFixture> mySample;
 };
 
 void tst_sample_keyboard::initTestCase()
@@ -118,23 +108,7 @@ void tst_sample_keyboard::initTestCase()
     VXDeploymentConfig::instance()->setValue(u"Assets/skin"_s,
                                              QStringLiteral(VX_SOURCE_DIR "/assets/skin.qss"));
     VXCSSSkinManager::instance()->setMode(VXCSSSkinManager::Light);
-    mySample = std::make_unique<VXSampleWindowFixture>();
-    QCOMPARE(mySample->errorText(), QString());
-}
-
-void tst_sample_keyboard::cleanupTestCase()
-{
-    mySample.reset();
-}
-
-void tst_sample_keyboard::init()
-{
-    QVERIFY(mySample->open());
-}
-
-void tst_sample_keyboard::cleanup()
-{
-    mySample->close();
+    VXSampleWindowTest::initTestCase();
 }
 
 void tst_sample_keyboard::showPage(int thePage) const

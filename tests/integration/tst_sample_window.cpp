@@ -1,6 +1,7 @@
 #include "VXDialogVisitor.h"
 #include "VXOpenedUrls.h"
-#include "VXSampleWindowFixture.h"
+#include "VXRenderer.h"
+#include "VXSampleWindowTest.h"
 #include "VXTestMain.h"
 
 #include <VXGUIWidgets/VXCSSSkinManager.h>
@@ -33,22 +34,16 @@
 #include <QtWidgets/QTableView>
 
 #include <algorithm>
-#include <csignal>
 #include <memory>
 
 using namespace Qt::StringLiterals;
 
 /// The main window as a person uses it, against a real simulator.
-class tst_sample_window : public QObject
+class tst_sample_window : public VXSampleWindowTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
-    void init();
-    void cleanup();
-
     void everyPageIsReachedByKeyboard();
     void windowFitsOnASmallScreen();
     void answerOfTheServiceIsShown();
@@ -93,40 +88,13 @@ private Q_SLOTS:
     void noEntryOfTheMenusIsWithoutATest();
 
 private:
-    template <typename Widget>
-    Widget& part(const QString& theName) const
-    {
-        return mySample->part<Widget>(theName);
-    }
     [[nodiscard]] QString shown(const QString& theName) const { return mySample->shown(theName); }
     void click(const QString& theButton) const;
     void logInAsBrowser(const QUrl& theLoginPage);
     [[nodiscard]] QStringList titlesAfterChoosing(const QString& theActionName) const;
 
-    std::unique_ptr<VXSampleWindowFixture> mySample;
     QNetworkAccessManager myBrowser;
 };
-
-void tst_sample_window::initTestCase()
-{
-    mySample = std::make_unique<VXSampleWindowFixture>();
-    QCOMPARE(mySample->errorText(), QString());
-}
-
-void tst_sample_window::cleanupTestCase()
-{
-    mySample.reset();
-}
-
-void tst_sample_window::init()
-{
-    QVERIFY(mySample->open());
-}
-
-void tst_sample_window::cleanup()
-{
-    mySample->close();
-}
 
 void tst_sample_window::click(const QString& theButton) const
 {
@@ -432,9 +400,8 @@ void tst_sample_window::crashOfThePageIsToldAndReloaded()
     QVERIFY(QSignalSpy(view, &QWebEngineView::loadFinished).wait(20'000));
     const auto& notice = part<QFrame>(u"crashNotice"_s);
     QVERIFY(!notice.isVisible());
-    QVERIFY(view->page()->renderProcessPid() > 0);
 
-    QCOMPARE(::kill(static_cast<pid_t>(view->page()->renderProcessPid()), SIGKILL), 0);
+    QVERIFY(VXRenderer::kill(view));
     QTRY_VERIFY(notice.isVisible());
     QCOMPARE(shown(u"crashText"_s),
              u"Die Webansicht ist abgestürzt. Laden Sie die Seite neu. Hilft "
