@@ -738,10 +738,11 @@ void tst_VXBrowserDialog::aDialogTooLargeForTheScreenIsFitted_data()
     QTest::addColumn<QSize>("size");
     QTest::addColumn<bool>("isFitted");
 
-    QTest::newRow("room for the task bar") << QSize(500, 720) << false;
-    QTest::newRow("one pixel less") << QSize(500, 721) << true;
-    QTest::newRow("as wide as the screen") << QSize(800, 400) << false;
-    QTest::newRow("one pixel wider") << QSize(801, 400) << true;
+    const QSize screen = QGuiApplication::primaryScreen()->availableGeometry().size();
+    QTest::newRow("room for the task bar") << QSize(500, screen.height() - 80) << false;
+    QTest::newRow("one pixel less") << QSize(500, screen.height() - 79) << true;
+    QTest::newRow("as wide as the screen") << QSize(screen.width(), 400) << false;
+    QTest::newRow("one pixel wider") << QSize(screen.width() + 1, 400) << true;
 }
 
 /// The page needs no other size, so that only the screen decides.
@@ -751,7 +752,7 @@ void tst_VXBrowserDialog::aDialogTooLargeForTheScreenIsFitted()
     QFETCH(bool, isFitted);
 
     VXBrowserDialog dialog(nullptr, false, false);
-    QCOMPARE(dialog.screen()->availableGeometry(), QRect(0, 0, 800, 800));
+    const QSize screen = dialog.screen()->availableGeometry().size();
     dialog.setGeometry(QRect(QPoint(3, 4), size));
     dialog.show();
     QVERIFY(load(dialog, u"<body style='margin:0'>"_s));
@@ -760,8 +761,8 @@ void tst_VXBrowserDialog::aDialogTooLargeForTheScreenIsFitted()
     dialog.setAdjustSizeEnabled(true);
     dialog.adjustSize();
     QCOMPARE(dialog.geometry() != QRect(QPoint(3, 4), size), isFitted);
-    QVERIFY(dialog.frameGeometry().width() <= 800 || !isFitted);
-    QVERIFY(dialog.frameGeometry().height() <= 720 || !isFitted);
+    QVERIFY(dialog.frameGeometry().width() <= screen.width() || !isFitted);
+    QVERIFY(dialog.frameGeometry().height() <= screen.height() - 80 || !isFitted);
 }
 
 VX_PROBE_TEST_MAIN(QApplication, tst_VXBrowserDialog, {u"fitSmallPage"_s, fitSmallPage},
