@@ -63,6 +63,20 @@ QStringList warnings(const VXLogCapture& theLog)
     return theLog.texts(QtWarningMsg);
 }
 
+/// Of the row: it gets no further than into the log.
+void verifyThatTheMessageIsDropped()
+{
+    QFETCH(QString, message);
+    QFETCH(QString, warning);
+    Connection connection;
+    QSignalSpy spy(connection.transport, &QWebChannelAbstractTransport::messageReceived);
+    const VXLogCapture log;
+
+    connection.sendAll({tokenMessage, message});
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(warnings(log), (QStringList{tokenWarning, warning}));
+}
+
 } // namespace
 
 class tst_VXWebSocketTransport : public QObject
@@ -261,15 +275,7 @@ void tst_VXWebSocketTransport::brokenJsonIsLoggedAndDropped_data()
 
 void tst_VXWebSocketTransport::brokenJsonIsLoggedAndDropped()
 {
-    QFETCH(QString, message);
-    QFETCH(QString, warning);
-    Connection connection;
-    QSignalSpy spy(connection.transport, &QWebChannelAbstractTransport::messageReceived);
-    const VXLogCapture log;
-
-    connection.sendAll({tokenMessage, message});
-    QCOMPARE(spy.count(), 0);
-    QCOMPARE(warnings(log), (QStringList{tokenWarning, warning}));
+    verifyThatTheMessageIsDropped();
 }
 
 void tst_VXWebSocketTransport::jsonThatIsNoObjectIsLoggedAndDropped_data()
@@ -286,15 +292,7 @@ void tst_VXWebSocketTransport::jsonThatIsNoObjectIsLoggedAndDropped_data()
 
 void tst_VXWebSocketTransport::jsonThatIsNoObjectIsLoggedAndDropped()
 {
-    QFETCH(QString, message);
-    QFETCH(QString, warning);
-    Connection connection;
-    QSignalSpy spy(connection.transport, &QWebChannelAbstractTransport::messageReceived);
-    const VXLogCapture log;
-
-    connection.sendAll({tokenMessage, message});
-    QCOMPARE(spy.count(), 0);
-    QCOMPARE(warnings(log), (QStringList{tokenWarning, warning}));
+    verifyThatTheMessageIsDropped();
 }
 
 void tst_VXWebSocketTransport::afterABadMessageTheConnectionGoesOn()
