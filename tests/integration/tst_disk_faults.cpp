@@ -1,3 +1,4 @@
+#include "VXFileContent.h"
 #include "VXLogCapture.h"
 #include "VXPlainHttpClient.h"
 #include "VXProbe.h"
@@ -62,7 +63,7 @@ public:
     {
         QDir().mkpath(folder());
         if (!theFormerContent.isNull())
-            write(path(), theFormerContent);
+            VXFileContent::write(path(), theFormerContent);
         apply(theFault);
     }
 
@@ -78,7 +79,7 @@ public:
             return u"nothing"_s;
         if (info.isDir())
             return u"folder"_s;
-        const QByteArray content = contentOf(path());
+        const QByteArray content = VXFileContent::of(path());
         if (content.isEmpty())
             return u"empty"_s;
         if (content == theWhole)
@@ -90,7 +91,7 @@ public:
     [[nodiscard]] QStringList leftovers() const
     {
         if (QFileInfo(folder()).isFile())
-            return contentOf(folder()) == former ? QStringList() : QStringList(folder());
+            return VXFileContent::of(folder()) == former ? QStringList() : QStringList(folder());
         const auto filters = QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot;
         QStringList names = QDir(folder()).entryList(filters);
         names.removeAll(QFileInfo(path()).fileName());
@@ -106,19 +107,6 @@ private:
         return size == 0 ? theName : QString(size, u'n');
     }
 
-    static QByteArray contentOf(const QString& thePath)
-    {
-        QFile file(thePath);
-        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    static void write(const QString& thePath, const QByteArray& theContent)
-    {
-        QFile file(thePath);
-        if (!file.open(QFile::WriteOnly) || file.write(theContent) != theContent.size())
-            qFatal("cannot write %s", qPrintable(thePath));
-    }
-
     void apply(Fault theFault)
     {
         if (theFault == Fault::FullDisk)
@@ -132,7 +120,7 @@ private:
         else if (theFault == Fault::FolderInPlace)
             QDir().mkpath(path() + u"/in it"_s);
         if (theFault == Fault::FileAsFolder)
-            write(folder(), former);
+            VXFileContent::write(folder(), former);
     }
 
     QTemporaryDir myRoot;

@@ -1,3 +1,4 @@
+#include "VXFileContent.h"
 #include "VXLan.h"
 #include "VXPlainHttpClient.h"
 #include "VXProbe.h"
@@ -49,12 +50,6 @@ char letter(int theTurn)
 bool isWhole(const QByteArray& theBytes, qsizetype theSize)
 {
     return theBytes.size() == theSize && theBytes.count(theBytes.front()) == theSize;
-}
-
-QByteArray contentOf(const QString& thePath)
-{
-    QFile file(thePath);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// A lock that was cut off itself names no process; Qt respects it for half a minute.
@@ -262,7 +257,7 @@ void tst_killed::withinADownload()
     QVERIFY(!victim.line().isEmpty()); // one is complete
     QVERIFY(victim.letDieWriting(pathOf(u"photo"_s), moment));
     QVERIFY(victim.diesWriting());
-    const QByteArray photo = contentOf(pathOf(u"photo"_s));
+    const QByteArray photo = VXFileContent::of(pathOf(u"photo"_s));
     QVERIFY2(isWhole(photo, large), qPrintable(QString::number(photo.size())));
 }
 
@@ -279,7 +274,7 @@ void tst_killed::withinAResult()
     QVERIFY(!victim.line().isEmpty()); // one is complete
     QVERIFY(victim.letDieWriting(pathOf(u"result"_s), moment));
     QVERIFY(victim.diesWriting());
-    const QByteArray result = contentOf(pathOf(u"result"_s));
+    const QByteArray result = VXFileContent::of(pathOf(u"result"_s));
     QVERIFY(result.startsWith("<?xml"));
     QVERIFY2(result.endsWith("</content>\n"), qPrintable(QString::number(result.size())));
 }
@@ -350,7 +345,7 @@ void tst_killed::withinTheStoringOfAnUpload()
     QVERIFY(victim.letDieWriting(pathOf(u"photos/a.qrul.jpg"_s), moment));
     QCOMPARE(phone.askRaw(request).status, 0); // nobody is there to answer
     QVERIFY(victim.diesWriting());
-    const QByteArray photo = contentOf(pathOf(u"photos/a.qrul.jpg"_s));
+    const QByteArray photo = VXFileContent::of(pathOf(u"photos/a.qrul.jpg"_s));
     QVERIFY2(isWhole(photo, large), qPrintable(QString::number(photo.size())));
 }
 

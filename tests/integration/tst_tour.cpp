@@ -1,3 +1,4 @@
+#include "VXFileContent.h"
 #include "VXSampleRun.h"
 #include "VXSimulatorProcess.h"
 #include "VXTestMain.h"
@@ -18,12 +19,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QByteArray content(const QString& thePath)
-{
-    QFile file(thePath);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QStringList tour(const QString& theFolder, const QStringList& theOptions = {},
                  const QStringList& theArguments = {})
@@ -114,11 +109,11 @@ void tst_tour::everyRowIsWhatTheSimulatorRecorded()
     QCOMPARE(run.events(u"step"_s).size(), 85);
 
     const QJsonObject tourJson =
-        QJsonDocument::fromJson(content(folder.filePath(u"tour.json"_s))).object();
+        QJsonDocument::fromJson(VXFileContent::of(folder.filePath(u"tour.json"_s))).object();
     QCOMPARE(tourJson.value(u"steps"_s).toInt(), 85);
     QCOMPARE(tourJson.value(u"rows"_s).toArray().size(), 85);
-    QVERIFY(content(folder.filePath(u"tour.log"_s)).contains("TOV NETREQUEST OFFBYMS:"));
-    QVERIFY(content(folder.filePath(u"index.html"_s))
+    QVERIFY(VXFileContent::of(folder.filePath(u"tour.log"_s)).contains("TOV NETREQUEST OFFBYMS:"));
+    QVERIFY(VXFileContent::of(folder.filePath(u"index.html"_s))
                 .contains("Der Gutscheincode ist nicht g\xC3\xBCltig."));
     const QImage picture(folder.filePath(u"01-tour.png"_s));
     QVERIFY(picture.width() > 1000);
@@ -184,7 +179,7 @@ void tst_tour::falsifiedAnswerEndsTourWithStatus5()
     QCOMPARE(run.exitCode(), 5);
     QVERIFY(run.result().value(u"failed"_s).toInt() > 0);
     QVERIFY(run.standardError().contains(u"  NO"_s));
-    QVERIFY(content(folder.filePath(u"index.html"_s)).contains("class=\"bad\""));
+    QVERIFY(VXFileContent::of(folder.filePath(u"index.html"_s)).contains("class=\"bad\""));
 }
 
 void tst_tour::otherRecordEndsTourWithStatus5_data()
@@ -233,7 +228,7 @@ void tst_tour::nothingSecretIsWritten()
     const QByteArray login = ("kunde:" + password).toBase64();
     QByteArray written = run.standardOutput() + run.standardError().toUtf8();
     for (const QString& name : {u"tour.json"_s, u"tour.log"_s, u"index.html"_s})
-        written += content(folder.filePath(name));
+        written += VXFileContent::of(folder.filePath(name));
     QVERIFY(written.contains("Proxy-Authorization"));
     QVERIFY(!written.contains(password));
     QVERIFY(!written.contains(login));

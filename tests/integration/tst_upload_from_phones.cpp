@@ -1,3 +1,5 @@
+#include "VXFileContent.h"
+#include "VXFolderContent.h"
 #include "VXLan.h"
 #include "VXPlainHttpClient.h"
 #include "VXPrivateBus.h"
@@ -24,39 +26,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void write(const QString& theFile, const QByteArray& theData)
-{
-    QDir().mkpath(QFileInfo(theFile).path());
-    QFile file(theFile);
-    if (!file.open(QIODevice::WriteOnly) || file.write(theData) != theData.size())
-        qFatal("cannot write %s", qPrintable(theFile));
-}
-
-QByteArray contents(const QString& theFile)
-{
-    QFile file(theFile);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : "<missing>"_ba;
-}
-
 QByteArray noise(qsizetype theSize)
 {
     QByteArray data(theSize, Qt::Uninitialized);
     for (qsizetype index = 0; index < theSize; ++index)
         data[index] = static_cast<char>(index * 2654435761U >> 24);
     return data;
-}
-
-/// Every file below a folder with its contents.
-QMap<QString, QByteArray> snapshot(const QString& theFolder)
-{
-    QMap<QString, QByteArray> files;
-    QDirIterator entry(theFolder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
-                       QDirIterator::Subdirectories);
-    while (entry.hasNext()) {
-        const QFileInfo file(entry.next());
-        files.insert(file.filePath(), file.isFile() ? contents(file.filePath()) : "<folder>"_ba);
-    }
-    return files;
 }
 
 /// What the kernel reports about files that nobody may touch.
@@ -233,7 +208,7 @@ void tst_upload_from_phones::aPhoneOpensThePageAndSendsPhotos()
     const Ran page = phone(1, curl + QStringList{host.url().toString()});
     QCOMPARE(page.code, 0);
     QVERIFY(page.output.contains("</html>"));
-    QVERIFY(contents(cookies).contains("\tsid\t" + token));
+    QVERIFY(VXFileContent::of(cookies).contains("\tsid\t" + token));
     QVERIFY(host.waitFor([&] { return host.token() != token; }));
     QCOMPARE(host.events(u"redeemed"_s).size(), 1);
 
@@ -242,7 +217,7 @@ void tst_upload_from_phones::aPhoneOpensThePageAndSendsPhotos()
                  .output,
              "200"_ba);
     const QByteArray photo = noise(5'000'000);
-    write(host.path(u"photo"_s), photo);
+    VXFileContent::write(host.path(u"photo"_s), photo);
     const QStringList names{u"IMG_0042.JPG"_s, u"\u00e4 \U0001f4f7.heic"_s, u"a+b%2.jpg"_s};
     for (const QString& name : names) {
         const QString item = QString::fromLatin1(QUrl::toPercentEncoding(name));
@@ -253,7 +228,7 @@ void tst_upload_from_phones::aPhoneOpensThePageAndSendsPhotos()
     }
     for (const QString& stored :
          {u"IMG_0042.qrul.JPG"_s, u"\u00e4 \U0001f4f7.qrul.heic"_s, u"a+b%2.qrul.jpg"_s})
-        QVERIFY2(contents(host.path(u"target/"_s + stored)) == photo, qPrintable(stored));
+        QVERIFY2(VXFileContent::of(host.path(u"target/"_s + stored)) == photo, qPrintable(stored));
     QVERIFY(host.waitFor([&] { return host.events(u"filesUploaded"_s).size() == 3; }));
     const QJsonObject first = host.events(u"filesUploaded"_s).constFirst();
     QCOMPARE(first.value(u"path"_s).toString(), host.path(u"target/IMG_0042.qrul.JPG"_s));
@@ -305,7 +280,7 @@ void tst_upload_from_phones::everyAssetOfThePageIsServed()
         const QString name = assets.relativeFilePath(file.next());
         const auto answer = host.ask("GET /" + name.toUtf8());
         QVERIFY2(answer.status == 200, qPrintable(name));
-        QVERIFY2(answer.body == contents(file.filePath()), qPrintable(name));
+        QVERIFY2(answer.body == VXFileContent::of(file.filePath()), qPrintable(name));
         ++count;
     }
     QVERIFY(count > 5);
@@ -351,11 +326,11 @@ QByteArrayList absoluteSpellings(const QString& theFile)
 void tst_upload_from_phones::noSpellingOfAPathLeavesTheAssets()
 {
     Host host;
-    write(host.path(u"secret.txt"_s), "CANARY outside");
-    write(host.path(u"other/secret.txt"_s), "CANARY beside");
-    write(host.path(u"assets/qrupload/index.html"_s), "<h1>page</h1>");
-    write(host.path(u"assets/qrupload/css/site.css"_s), "body{}");
-    write(host.path(u"assets/qrupload/.hidden"_s), "CANARY hidden");
+    VXFileContent::write(host.path(u"secret.txt"_s), "CANARY outside");
+    VXFileContent::write(host.path(u"other/secret.txt"_s), "CANARY beside");
+    VXFileContent::write(host.path(u"assets/qrupload/index.html"_s), "<h1>page</h1>");
+    VXFileContent::write(host.path(u"assets/qrupload/css/site.css"_s), "body{}");
+    VXFileContent::write(host.path(u"assets/qrupload/.hidden"_s), "CANARY hidden");
     QVERIFY(QFile::link(host.path(u"secret.txt"_s), host.path(u"assets/qrupload/link.txt"_s)));
     QVERIFY(QFile::link(host.path(u"other"_s), host.path(u"assets/qrupload/linked"_s)));
     QCOMPARE(host.start({u"--assets"_s, host.path(u"assets"_s)}), QString());
@@ -386,7 +361,7 @@ void tst_upload_from_phones::noSpellingOfAPathLeavesTheAssets()
               "%00"};
     QVERIFY2(paths.size() > 200, qPrintable(QString::number(paths.size())));
 
-    const QMap<QString, QByteArray> before = snapshot(host.folder.path());
+    const QMap<QString, QByteArray> before = VXFolderContent::of(host.folder.path());
     const Watch watch({host.path(u"secret.txt"_s), host.path(u"other/secret.txt"_s),
                        host.path(u"assets/qrupload/.hidden"_s)});
     for (const QByteArray& path : paths) {
@@ -397,18 +372,18 @@ void tst_upload_from_phones::noSpellingOfAPathLeavesTheAssets()
         QVERIFY2(answer.status == 404 || (answer.status == 200 && isOwn), path.constData());
     }
     QCOMPARE(watch.events(), 0);
-    QCOMPARE(snapshot(host.folder.path()), before);
+    QCOMPARE(VXFolderContent::of(host.folder.path()), before);
     QCOMPARE(host.ask("GET /").body, "<h1>page</h1>"_ba); // it still serves
-    QCOMPARE(contents(host.path(u"secret.txt"_s)), "CANARY outside"_ba);
+    QCOMPARE(VXFileContent::of(host.path(u"secret.txt"_s)), "CANARY outside"_ba);
     QVERIFY(watch.events() > 0); // our own look shows that looks are noticed
 }
 
 void tst_upload_from_phones::noSpellingOfANameLeavesTheTarget()
 {
     Host host;
-    write(host.path(u"secret.txt"_s), "CANARY outside");
-    write(host.path(u"other/secret.txt"_s), "CANARY beside");
-    write(host.path(u"target/secret.txt"_s), "CANARY of the user's own");
+    VXFileContent::write(host.path(u"secret.txt"_s), "CANARY outside");
+    VXFileContent::write(host.path(u"other/secret.txt"_s), "CANARY beside");
+    VXFileContent::write(host.path(u"target/secret.txt"_s), "CANARY of the user's own");
     QCOMPARE(host.start(), QString());
     const QByteArray token = host.token();
     QCOMPARE(host.ask("GET /?" + token).status, 200);
@@ -452,7 +427,7 @@ void tst_upload_from_phones::noSpellingOfANameLeavesTheTarget()
         QVERIFY2(path.contains(u".qrul."_s), qPrintable(path));
         QVERIFY2(event.value(u"stored"_s).toBool(), qPrintable(path));
     }
-    const QMap<QString, QByteArray> after = snapshot(host.folder.path());
+    const QMap<QString, QByteArray> after = VXFolderContent::of(host.folder.path());
     for (auto file = after.begin(); file != after.end(); ++file) {
         const bool isPhoto = QFileInfo(file.key()).fileName().contains(u".qrul."_s);
         QVERIFY2(isPhoto ? file.value() == "photo" : file.value() != "photo",
@@ -471,7 +446,7 @@ void tst_upload_from_phones::theLinkIsCutAndRestoredWhileAPhotoIsSent()
     const QString base = host.url().toString(QUrl::RemoveQuery);
     const QString token = host.url().query();
     const QByteArray photo = noise(3'000'000);
-    write(host.path(u"photo"_s), photo);
+    VXFileContent::write(host.path(u"photo"_s), photo);
     QCOMPARE(phone(1, {u"curl"_s, u"-s"_s, u"-o"_s, u"/dev/null"_s, host.url().toString()}).code,
              0);
 
@@ -498,7 +473,7 @@ void tst_upload_from_phones::theLinkIsCutAndRestoredWhileAPhotoIsSent()
     QCOMPARE(VXLan::ip(u"link set phone1 up"_s), QString());
     QVERIFY(QTest::qWaitFor([&] { return curl.state() == QProcess::NotRunning; }, 60000));
     QCOMPARE(curl.readAllStandardOutput(), "OK"_ba);
-    QVERIFY(contents(host.path(u"target/a.qrul.jpg"_s)) == photo);
+    QVERIFY(VXFileContent::of(host.path(u"target/a.qrul.jpg"_s)) == photo);
 }
 
 void tst_upload_from_phones::aPhoneThatVanishesLeavesNothing()

@@ -1,3 +1,4 @@
+#include "VXFileContent.h"
 #include "VXFolderContent.h"
 #include "VXGapMeter.h"
 #include "VXHoldings.h"
@@ -39,14 +40,6 @@ constexpr size_t alphabetSize = 39;
 // Milliseconds. Far more than measured on an idle machine; a service that reads, looks up or
 // writes something without end would be beyond it.
 constexpr qint64 longestGap = 2000;
-
-void write(const QString& theFile, const QByteArray& theData)
-{
-    QDir().mkpath(QFileInfo(theFile).path());
-    QFile file(theFile);
-    if (!file.open(QIODevice::WriteOnly) || file.write(theData) != theData.size())
-        qFatal("cannot write %s", qPrintable(theFile));
-}
 
 /// Runs theAttack as phone1 in a thread of its own; the GUI thread, where the service lives,
 /// handles its events meanwhile.
@@ -121,9 +114,9 @@ void tst_upload_hostile::init()
 {
     myFolder = std::make_unique<QTemporaryDir>();
     QVERIFY(myFolder->isValid());
-    write(path(u"secret"_s), secretText);
-    write(path(u"assets/index.html"_s), "<h1>index</h1>");
-    write(path(u"assets/css/site.css"_s), "body{}");
+    VXFileContent::write(path(u"secret"_s), secretText);
+    VXFileContent::write(path(u"assets/index.html"_s), "<h1>index</h1>");
+    VXFileContent::write(path(u"assets/css/site.css"_s), "body{}");
     VXDirectoryConfig::instance()->setRoot(VXDirectoryConfig::Root::QrUpload, path(u"assets"_s));
     startService();
     QVERIFY(myPort != 0);

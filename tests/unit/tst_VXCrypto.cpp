@@ -2,10 +2,10 @@
 #include <VXCore/VXDeploymentConfig.h>
 
 #include "VXCoreProcess.h"
+#include "VXFileContent.h"
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
@@ -37,19 +37,6 @@ QString keyFile()
 void setKeyFile(const QString& theFile)
 {
     QVERIFY(VXDeploymentConfig::instance()->setValue(u"Crypto/keyFile"_s, theFile));
-}
-
-void write(const QString& theFile, const QByteArray& theContent)
-{
-    QFile file(theFile);
-    QVERIFY(file.open(QFile::WriteOnly));
-    QCOMPARE(file.write(theContent), theContent.size());
-}
-
-QByteArray content(const QString& theFile)
-{
-    QFile file(theFile);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace
@@ -261,14 +248,14 @@ void tst_VXCrypto::keyFileLiesBesideTheSettings()
 {
     QCOMPARE(answerOfOtherProcess({u"encrypt"_s, u"a"_s}).first(3), u"$2$"_s);
     const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") + "/tst_VXCrypto"_L1;
-    QCOMPARE(content(folder + "/crypto.key"_L1).size(), 32);
+    QCOMPARE(VXFileContent::of(folder + "/crypto.key"_L1).size(), 32);
 }
 
 void tst_VXCrypto::keyFileIsForItsOwnerOnly()
 {
     setKeyFile(myFolder->filePath(u"new/folder/key"_s));
     QVERIFY(!VXCrypto().encryptDES(u"a"_s).isEmpty());
-    QCOMPARE(content(keyFile()).size(), 32);
+    QCOMPARE(VXFileContent::of(keyFile()).size(), 32);
     QCOMPARE(QFile::permissions(keyFile()) & foreign, QFile::Permissions());
 }
 
@@ -290,7 +277,7 @@ void tst_VXCrypto::otherProcessReadsTheCipher()
 
 void tst_VXCrypto::processesThatStartTogetherAgreeOnTheKey()
 {
-    write(myFolder->filePath(u"d.ini"_s), "[Crypto]\nkeyFile=shared.key\n");
+    VXFileContent::write(myFolder->filePath(u"d.ini"_s), "[Crypto]\nkeyFile=shared.key\n");
     qputenv("VX_DEPLOYMENT_CONFIG", myFolder->filePath(u"d.ini"_s).toLocal8Bit());
     std::vector<std::unique_ptr<QProcess>> processes;
     for (int number = 0; number < 6; ++number) {
@@ -310,16 +297,16 @@ void tst_VXCrypto::processesThatStartTogetherAgreeOnTheKey()
 
 void tst_VXCrypto::unusableKeyFileIsPutAside()
 {
-    write(keyFile(), "short");
+    VXFileContent::write(keyFile(), "short");
     const QString cipher = VXCrypto().encryptDES(u"a"_s);
     QCOMPARE(VXCrypto().decryptDES(cipher), u"a"_s);
-    QCOMPARE(content(keyFile()).size(), 32);
-    QCOMPARE(content(keyFile() + ".unusable"_L1), "short");
+    QCOMPARE(VXFileContent::of(keyFile()).size(), 32);
+    QCOMPARE(VXFileContent::of(keyFile() + ".unusable"_L1), "short");
 }
 
 void tst_VXCrypto::keyWithoutAFileLastsAsLongAsTheProcess()
 {
-    write(myFolder->filePath(u"file"_s), "x");
+    VXFileContent::write(myFolder->filePath(u"file"_s), "x");
     setKeyFile(myFolder->filePath(u"file/key"_s)); // no folder can be there
     QTest::ignoreMessage(QtWarningMsg,
                          qPrintable(keyFile() +

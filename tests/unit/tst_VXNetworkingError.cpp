@@ -1,5 +1,6 @@
 #include <VXNetworking/VXNetworkingError.h>
 
+#include "VXFileContent.h"
 #include "VXMarkingTranslator.h"
 #include "VXTestMain.h"
 
@@ -277,13 +278,6 @@ QDomDocument answerWithCode(const QString& theCodeText)
 {
     return documentFrom(u"<answer><head><errorcode>%1</errorcode></head></answer>"_s //
                             .arg(theCodeText));
-}
-
-void writeFile(const QString& thePath, const QByteArray& theContent)
-{
-    QFile file(thePath);
-    QVERIFY2(file.open(QFile::WriteOnly), qPrintable(file.errorString()));
-    QCOMPARE(file.write(theContent), theContent.size());
 }
 
 } // namespace
@@ -836,7 +830,7 @@ void tst_VXNetworkingError::emptyFileIsRaisedWithTheAbsolutePath()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"order.xml"_s);
-    writeFile(path, {});
+    VXFileContent::write(path, {});
     VXNetworkingError error;
     error.checkFileError(QFileInfo(path));
     QCOMPARE(static_cast<int>(error.errorCode()), 2001);
@@ -847,7 +841,7 @@ void tst_VXNetworkingError::fileWithContentChangesNothing()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"order.xml"_s);
-    writeFile(path, "x");
+    VXFileContent::write(path, "x");
     VXNetworkingError error(InvalidLogin);
     error.checkFileError(QFileInfo(path));
     QCOMPARE(static_cast<int>(error.errorCode()), 2);
@@ -858,9 +852,9 @@ void tst_VXNetworkingError::staleFileInformationIsRefreshed()
 {
     const QTemporaryDir folder;
     const QFileInfo file(folder.filePath(u"order.xml"_s));
-    writeFile(file.filePath(), "x");
+    VXFileContent::write(file.filePath(), "x");
     QCOMPARE(file.size(), 1); // remembered by the value
-    writeFile(file.filePath(), {});
+    VXFileContent::write(file.filePath(), {});
     QCOMPARE(file.size(), 1);
     VXNetworkingError error;
     error.checkFileError(file);

@@ -1,5 +1,6 @@
 #include <VXNetworking/VXNetworkingResult.h>
 
+#include "VXFileContent.h"
 #include "VXLogCapture.h"
 #include "VXTestMain.h"
 
@@ -59,19 +60,6 @@ QString answerWith(const QString& theHead, const QString& theContent)
 VXNetworkingResult goodResult()
 {
     return documentFrom(answerWith(QString(), u"<content><a>1</a></content>"_s));
-}
-
-QByteArray bytesOf(const QString& thePath)
-{
-    QFile file(thePath);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString& thePath, const QByteArray& theContent)
-{
-    QFile file(thePath);
-    QVERIFY2(file.open(QFile::WriteOnly), qPrintable(file.errorString()));
-    QCOMPARE(file.write(theContent), theContent.size());
 }
 
 } // namespace
@@ -277,11 +265,11 @@ void tst_VXNetworkingResult::raiseFileErrorLooksAtTheDisk()
 {
     const QTemporaryDir folder;
     VXNetworkingResult result = goodResult();
-    writeFile(folder.filePath(u"full"_s), "x");
+    VXFileContent::write(folder.filePath(u"full"_s), "x");
     result.raiseFileError(QFileInfo(folder.filePath(u"full"_s)));
     QVERIFY(result.isSuccess());
 
-    writeFile(folder.filePath(u"empty"_s), {});
+    VXFileContent::write(folder.filePath(u"empty"_s), {});
     result.raiseFileError(QFileInfo(folder.filePath(u"empty"_s)));
     QCOMPARE(static_cast<int>(result.errorCode()), 2001);
     result.raiseFileError(QFileInfo(folder.filePath(u"missing"_s)));
@@ -329,17 +317,17 @@ void tst_VXNetworkingResult::theContentIsSavedByteForByte()
                                            answerWith(u"<errorcode>0</errorcode>"_s, content)));
     result.saveContentToFile(QFileInfo(path));
     QVERIFY(result.isSuccess());
-    QCOMPARE(bytesOf(path), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + bytes);
+    QCOMPARE(VXFileContent::of(path), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + bytes);
 }
 
 void tst_VXNetworkingResult::anExistingFileIsTruncated()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"order.xml"_s);
-    writeFile(path, QByteArray(10000, 'x'));
+    VXFileContent::write(path, QByteArray(10000, 'x'));
     goodResult().saveContentToFile(QFileInfo(path));
-    QCOMPARE(bytesOf(path), QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                       " <content>\n  <a>1</a>\n </content>\n"));
+    QCOMPARE(VXFileContent::of(path), QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                                 " <content>\n  <a>1</a>\n </content>\n"));
 }
 
 void tst_VXNetworkingResult::theFileIsAnnouncedWhenItIsComplete()
@@ -350,7 +338,7 @@ void tst_VXNetworkingResult::theFileIsAnnouncedWhenItIsComplete()
     goodResult().saveContentToFile(QFileInfo(QDir::current().relativeFilePath(path)));
     QCOMPARE(myPlatform->written.size(), 1);
     QCOMPARE(QDir::cleanPath(myPlatform->written.constFirst()), path);
-    QCOMPARE(myPlatform->contents, QByteArrayList{bytesOf(path)});
+    QCOMPARE(myPlatform->contents, QByteArrayList{VXFileContent::of(path)});
     QVERIFY(myPlatform->contents.constFirst().endsWith("</content>\n"));
     QVERIFY(myPlatform->failed.isEmpty());
     QVERIFY(log.lines().isEmpty());
@@ -360,23 +348,23 @@ void tst_VXNetworkingResult::theAnnouncementKnowsTheNewFile()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"order.xml"_s);
-    writeFile(path, "old");
+    VXFileContent::write(path, "old");
     const QFileInfo file(path);
     QCOMPARE(file.size(), 3); // remembered by the value
     goodResult().saveContentToFile(file);
-    QCOMPARE(myPlatform->sizes, QList<qint64>{bytesOf(path).size()});
+    QCOMPARE(myPlatform->sizes, QList<qint64>{VXFileContent::of(path).size()});
 }
 
 void tst_VXNetworkingResult::aReaderOfTheFormerFileKeepsIt()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"order.xml"_s);
-    writeFile(path, "old");
+    VXFileContent::write(path, "old");
     QFile reader(path);
     QVERIFY2(reader.open(QFile::ReadOnly), qPrintable(reader.errorString()));
     goodResult().saveContentToFile(QFileInfo(path));
     QCOMPARE(reader.readAll(), QByteArray("old"));
-    QVERIFY(bytesOf(path).endsWith("</content>\n"));
+    QVERIFY(VXFileContent::of(path).endsWith("</content>\n"));
 }
 
 void tst_VXNetworkingResult::anAbortedResultSavesNothing()
@@ -425,7 +413,7 @@ void tst_VXNetworkingResult::aMissingFolderIsRaised()
 void tst_VXNetworkingResult::aFolderAsTargetIsOnlyLogged()
 {
     const QTemporaryDir folder;
-    writeFile(folder.filePath(u"file"_s), "x"); // a folder with content has a size
+    VXFileContent::write(folder.filePath(u"file"_s), "x"); // a folder with content has a size
     VXNetworkingResult result = goodResult();
     const VXLogCapture log;
     result.saveContentToFile(QFileInfo(folder.path()));
@@ -438,7 +426,7 @@ void tst_VXNetworkingResult::aWriteProtectedFileIsOnlyLogged()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"order.xml"_s);
-    writeFile(path, "old");
+    VXFileContent::write(path, "old");
     QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
     QVERIFY(folder.isValid());
     // The superuser may write anywhere, so the test steps down to another user.
@@ -457,7 +445,7 @@ void tst_VXNetworkingResult::aWriteProtectedFileIsOnlyLogged()
 
     QCOMPARE(warnings, QStringList{u"could not write to file "_s + path});
     QVERIFY(result.isSuccess());
-    QCOMPARE(bytesOf(path), QByteArray("old"));
+    QCOMPARE(VXFileContent::of(path), QByteArray("old"));
     QVERIFY(myPlatform->written.isEmpty());
 }
 

@@ -1,6 +1,7 @@
 #include <VXNetworking/VXOAuth2ExternalLoginDialog.h>
 
 #include "VXDialogVisitor.h"
+#include "VXFileContent.h"
 #include "VXLan.h"
 #include "VXLogCapture.h"
 #include "VXPlainHttpClient.h"
@@ -34,19 +35,6 @@ using Answer = VXPlainHttpClient::Answer;
 
 const QUrl loginUrl(u"https://login.test/authorize?client_id=x%2By&state=z"_s);
 const QString assets = u"" VX_SOURCE_DIR "/assets/oauth"_s;
-
-QByteArray content(const QString& theFile)
-{
-    QFile file(theFile);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString& theFile, const QByteArray& theContent)
-{
-    QFile file(theFile);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(theContent), theContent.size());
-}
 
 /// A platform whose browser is a function of the test.
 class Browser : public VXPlatformIndependent
@@ -93,7 +81,7 @@ public:
     {
         if (!QTest::qWaitFor([this] { return myProcess.state() == QProcess::NotRunning; }, 30'000))
             return "no end";
-        return myProcess.exitCode() == 0 ? content(myFolder.filePath(u"page"_s))
+        return myProcess.exitCode() == 0 ? VXFileContent::of(myFolder.filePath(u"page"_s))
                                          : myProcess.readAllStandardError();
     }
 
@@ -187,7 +175,7 @@ void tst_VXOAuth2ExternalLoginDialog::useOwnPage(const QByteArray& theIndex)
 {
     const QString root = myFolder.filePath(u"page"_s);
     QVERIFY(QDir().mkpath(root));
-    write(root + u"/index.html"_s, theIndex);
+    VXFileContent::write(root + u"/index.html"_s, theIndex);
     VXDirectoryConfig::instance()->setRoot(VXDirectoryConfig::Root::OAuthSupport, root);
 }
 
@@ -217,7 +205,7 @@ void tst_VXOAuth2ExternalLoginDialog::otherComputerReachesThePort()
 {
     const Dialog dialog(loginUrl, u"My Service"_s);
     Curl curl(u"/"_s, VXLan::asPhone(1, {u"curl"_s}), u"10.77.0.1"_s);
-    QCOMPARE(curl.result(), content(assets + u"/index.html"_s));
+    QCOMPARE(curl.result(), VXFileContent::of(assets + u"/index.html"_s));
 }
 
 void tst_VXOAuth2ExternalLoginDialog::applicationsProxyDoesNotKeepItFromListening()
@@ -309,7 +297,7 @@ void tst_VXOAuth2ExternalLoginDialog::redirectWithCodeAccepts()
     QCOMPARE(result, int{QDialog::Accepted});
     QCOMPARE(dialog.accessCode(), u"abc"_s);
     QCOMPARE(answer.status, 200);
-    QCOMPARE(answer.body, content(assets + u"/index.html"_s));
+    QCOMPARE(answer.body, VXFileContent::of(assets + u"/index.html"_s));
     QVERIFY(answer.body.startsWith("<!DOCTYPE html>"));
 }
 
@@ -326,7 +314,7 @@ void tst_VXOAuth2ExternalLoginDialog::emptyCodeLeavesTheDialogOpen()
     QVERIFY(isOpen);
     QCOMPARE(dialog.accessCode(), QString());
     QCOMPARE(answer.status, 200);
-    QCOMPARE(answer.body, content(assets + u"/index.html"_s));
+    QCOMPARE(answer.body, VXFileContent::of(assets + u"/index.html"_s));
 }
 
 void tst_VXOAuth2ExternalLoginDialog::errorRedirectLeavesTheDialogOpen()
@@ -463,13 +451,13 @@ void tst_VXOAuth2ExternalLoginDialog::pageIsServedWithItsTypes()
     QCOMPARE(answer.status, 200);
     QCOMPARE(answer.header("Content-Type"), type);
     QVERIFY(!answer.body.isEmpty());
-    QCOMPARE(answer.body, content(assets + u'/' + file));
+    QCOMPARE(answer.body, VXFileContent::of(assets + u'/' + file));
 }
 
 void tst_VXOAuth2ExternalLoginDialog::percentEscapedPathIsLookedUpDecoded()
 {
     useOwnPage("index");
-    write(myFolder.filePath(u"page/schöne Seite+100%.txt"_s), "found");
+    VXFileContent::write(myFolder.filePath(u"page/schöne Seite+100%.txt"_s), "found");
     const Dialog dialog(loginUrl, u"My Service"_s);
     QCOMPARE(ask("/sch%C3%B6ne%20Seite+100%25%2Etxt").body, "found");
     QCOMPARE(ask("/%69ndex.html").body, "index");
@@ -523,8 +511,8 @@ void tst_VXOAuth2ExternalLoginDialog::nothingOutsideTheFolderIsServed()
     useOwnPage("index");
     const QString root = myFolder.filePath(u"page"_s);
     QVERIFY(QDir(root).mkpath(u"sub"_s));
-    write(myFolder.filePath(u"secret.txt"_s), "secret");
-    write(root + u"/.hidden"_s, "secret");
+    VXFileContent::write(myFolder.filePath(u"secret.txt"_s), "secret");
+    VXFileContent::write(root + u"/.hidden"_s, "secret");
     QFile::link(myFolder.filePath(u"secret.txt"_s), root + u"/link.txt"_s);
     QFile::link(myFolder.path(), root + u"/folder-link"_s);
 
@@ -612,7 +600,7 @@ void tst_VXOAuth2ExternalLoginDialog::requestsAfterAcceptanceAreServed()
     Dialog dialog(loginUrl, u"My Service"_s);
     QCOMPARE(execWith(dialog, [&] { ask("/?code=abc"); }), int{QDialog::Accepted});
     QVERIFY(dialog.isHidden());
-    QCOMPARE(ask("/style.css").body, content(assets + u"/style.css"_s));
+    QCOMPARE(ask("/style.css").body, VXFileContent::of(assets + u"/style.css"_s));
     QVERIFY(ask("/translations.json").body.contains("Fotowelt"));
 }
 
@@ -620,7 +608,7 @@ void tst_VXOAuth2ExternalLoginDialog::pageIsWholeWhenTheDialogIsDestroyedRightAf
 {
     QTest::addColumn<QByteArray>("page");
 
-    QTest::newRow("the page") << content(assets + u"/index.html"_s);
+    QTest::newRow("the page") << VXFileContent::of(assets + u"/index.html"_s);
     QTest::newRow("4 MB") << QByteArray(4'000'000, 'x');
 }
 

@@ -3,13 +3,13 @@
 #include <VXCore/VXSingleton.h>
 
 #include "VXCoreProcess.h"
+#include "VXFileContent.h"
 #include "VXFileSizeLimit.h"
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QScopeGuard>
 #include <QtCore/QTemporaryDir>
 
@@ -23,19 +23,6 @@ namespace {
 
 constexpr QFile::Permissions foreign = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
                                        QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
-
-QByteArray content(const QString& theFile)
-{
-    QFile file(theFile);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString& theFile, const QByteArray& theContent)
-{
-    QFile file(theFile);
-    QVERIFY(file.open(QFile::WriteOnly));
-    QCOMPARE(file.write(theContent), theContent.size());
-}
 
 } // namespace
 
@@ -90,7 +77,8 @@ void tst_VXSettings::defaultFileLiesInTheConfigurationFolder()
     const QString expected =
         qEnvironmentVariable("XDG_CONFIG_HOME") + "/tst_VXSettings/settings.ini"_L1;
     QCOMPARE(answerOfOtherProcess({u"write"_s, u"Group"_s, u"key"_s, u"value"_s}), u"true"_s);
-    QVERIFY2(content(expected).contains("key=value"), content(expected).constData());
+    QVERIFY2(VXFileContent::of(expected).contains("key=value"),
+             VXFileContent::of(expected).constData());
 }
 
 void tst_VXSettings::entrySurvivesTheProcess_data()
@@ -115,7 +103,7 @@ void tst_VXSettings::entrySurvivesTheProcess()
     QVERIFY(settings.writeEntry(u"key"_s, text));
 
     qputenv("VX_DEPLOYMENT_CONFIG", myFolder->filePath(u"d.ini"_s).toLocal8Bit());
-    write(myFolder->filePath(u"d.ini"_s), "[Paths]\nsettingsFile=settings.ini\n");
+    VXFileContent::write(myFolder->filePath(u"d.ini"_s), "[Paths]\nsettingsFile=settings.ini\n");
     const QString answer = answerOfOtherProcess({u"read"_s, u"Group"_s, u"key"_s});
     qunsetenv("VX_DEPLOYMENT_CONFIG");
     QCOMPARE(answer, text);
@@ -124,7 +112,7 @@ void tst_VXSettings::entrySurvivesTheProcess()
 void tst_VXSettings::entryOfAnotherProcessIsRead()
 {
     const QString file = myFolder->filePath(u"settings.ini"_s);
-    write(file, "[Network]\nProxyChoice=my\n");
+    VXFileContent::write(file, "[Network]\nProxyChoice=my\n");
     VXSettings settings;
     settings.beginGroup(u"Network"_s);
     QCOMPARE(settings.value(u"ProxyChoice"_s).toString(), u"my"_s);
@@ -189,7 +177,7 @@ void tst_VXSettings::deletedEntryIsGone()
     QVERIFY(settings.writeEntry(u"key"_s, u"secret"_s));
     settings.deleteEntry(u"key"_s);
     QVERIFY(!settings.doesEntryExist(u"key"_s));
-    QVERIFY(!content(VXSettings::storeFile()).contains("secret"));
+    QVERIFY(!VXFileContent::of(VXSettings::storeFile()).contains("secret"));
 }
 
 void tst_VXSettings::deletingAGroupNameKeepsTheGroup()
@@ -233,7 +221,7 @@ void tst_VXSettings::missingFoldersAreMade()
     VXSettings::setStoreFile(file);
     VXSettings settings;
     QVERIFY(settings.writeEntry(u"key"_s, u"value"_s));
-    QVERIFY(content(file).contains("key=value"));
+    QVERIFY(VXFileContent::of(file).contains("key=value"));
 }
 
 void tst_VXSettings::storeThatCannotBeWrittenSaysSo_data()
@@ -247,7 +235,7 @@ void tst_VXSettings::storeThatCannotBeWrittenSaysSo_data()
 void tst_VXSettings::storeThatCannotBeWrittenSaysSo()
 {
     QFETCH(QString, name);
-    write(myFolder->filePath(u"file"_s), "x");
+    VXFileContent::write(myFolder->filePath(u"file"_s), "x");
     QVERIFY(QDir(myFolder->path()).mkdir(u"folder"_s));
     VXSettings::setStoreFile(myFolder->filePath(name));
     VXSettings settings;
@@ -263,7 +251,7 @@ void tst_VXSettings::fullDiskIsReported()
         const VXFileSizeLimit full(64);
         QVERIFY(!settings.writeEntry(u"key"_s, QString(100'000, u'x')));
     }
-    QCOMPARE(content(VXSettings::storeFile()), "[General]\nkey=before\n"_ba);
+    QCOMPARE(VXFileContent::of(VXSettings::storeFile()), "[General]\nkey=before\n"_ba);
 }
 
 void tst_VXSettings::folderThatComesBackIsWrittenAgain()
@@ -277,39 +265,40 @@ void tst_VXSettings::folderThatComesBackIsWrittenAgain()
         const VXSettingsLock lock;
         QVERIFY(settings.writeEntry(u"meanwhile"_s, 2));
         QVERIFY(QDir().rename(folder, away));
-        write(folder, "x"); // else it would be made again
+        VXFileContent::write(folder, "x"); // else it would be made again
     }
     QVERIFY(QFile::remove(folder));
     QVERIFY(QDir().rename(away, folder));
 
     QVERIFY(settings.writeEntry(u"after"_s, 3));
-    QCOMPARE(content(VXSettings::storeFile()), "[General]\nafter=3\nbefore=1\nmeanwhile=2\n"_ba);
+    QCOMPARE(VXFileContent::of(VXSettings::storeFile()),
+             "[General]\nafter=3\nbefore=1\nmeanwhile=2\n"_ba);
 }
 
 void tst_VXSettings::garbageInTheFileLosesNoEntry()
 {
-    write(VXSettings::storeFile(),
-          "\xff\xfe\x01 garbage\n[Group]\nno value here\nkey=value\n[[[\n");
+    VXFileContent::write(VXSettings::storeFile(),
+                         "\xff\xfe\x01 garbage\n[Group]\nno value here\nkey=value\n[[[\n");
     QTest::ignoreMessage(QtWarningMsg, qPrintable(VXSettings::storeFile() +
                                                   u": a line is neither a section nor a value"_s));
     VXSettings settings;
     QCOMPARE(settings.value(u"Group/key"_s).toString(), u"value"_s);
     QVERIFY(settings.writeEntry(u"Group/other"_s, u"new"_s));
-    QVERIFY(content(VXSettings::storeFile()).contains("key=value"));
+    QVERIFY(VXFileContent::of(VXSettings::storeFile()).contains("key=value"));
 }
 
 void tst_VXSettings::otherProcessesEntriesAreKept()
 {
     VXSettings settings;
     QVERIFY(settings.writeEntry(u"ours"_s, 1));
-    write(myFolder->filePath(u"d.ini"_s), "[Paths]\nsettingsFile=settings.ini\n");
+    VXFileContent::write(myFolder->filePath(u"d.ini"_s), "[Paths]\nsettingsFile=settings.ini\n");
     qputenv("VX_DEPLOYMENT_CONFIG", myFolder->filePath(u"d.ini"_s).toLocal8Bit());
     QCOMPARE(answerOfOtherProcess({u"write"_s, u"Group"_s, u"theirs"_s, u"x"_s}), u"true"_s);
     qunsetenv("VX_DEPLOYMENT_CONFIG");
 
     QVERIFY(settings.writeEntry(u"ours"_s, 2));
-    QVERIFY(content(VXSettings::storeFile()).contains("theirs=x"));
-    QVERIFY(content(VXSettings::storeFile()).contains("ours=2"));
+    QVERIFY(VXFileContent::of(VXSettings::storeFile()).contains("theirs=x"));
+    QVERIFY(VXFileContent::of(VXSettings::storeFile()).contains("ours=2"));
 }
 
 void tst_VXSettings::machineWideEntryIsNotTheUsersOwn()

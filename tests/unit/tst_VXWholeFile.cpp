@@ -1,5 +1,6 @@
 #include <VXNetworking/VXWholeFile.h>
 
+#include "VXFileContent.h"
 #include "VXTestMain.h"
 
 #include <QtCore/QCoreApplication>
@@ -15,19 +16,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QByteArray bytesOf(const QString& thePath)
-{
-    QFile file(thePath);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString& thePath, const QByteArray& theContent)
-{
-    QFile file(thePath);
-    QVERIFY2(file.open(QFile::WriteOnly), qPrintable(file.errorString()));
-    QCOMPARE(file.write(theContent), theContent.size());
-}
 
 ino_t inodeOf(const QString& thePath)
 {
@@ -72,7 +60,7 @@ void tst_VXWholeFile::aNewFileGetsTheBytes()
     QString reason;
     QVERIFY(VXWholeFile::write(path, bytes, reason));
     QVERIFY(QFileInfo(path).isFile());
-    QCOMPARE(bytesOf(path), bytes);
+    QCOMPARE(VXFileContent::of(path), bytes);
     QCOMPARE(reason, QString());
 }
 
@@ -80,12 +68,12 @@ void tst_VXWholeFile::aFormerFileIsReplacedAsAWhole()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"file"_s);
-    writeFile(path, "much longer than what follows");
+    VXFileContent::write(path, "much longer than what follows");
     QFile reader(path);
     QVERIFY(reader.open(QFile::ReadOnly));
     QString reason;
     QVERIFY(VXWholeFile::write(path, "new", reason));
-    QCOMPARE(bytesOf(path), QByteArray("new"));
+    QCOMPARE(VXFileContent::of(path), QByteArray("new"));
     // Who has the former one open reads on in it.
     QCOMPARE(reader.readAll(), QByteArray("much longer than what follows"));
 }
@@ -105,19 +93,19 @@ void tst_VXWholeFile::theFileBehindALinkIsReplaced()
     const QTemporaryDir folder;
     const QString target = folder.filePath(u"target"_s);
     const QString link = folder.filePath(u"link"_s);
-    writeFile(target, "old");
+    VXFileContent::write(target, "old");
     QVERIFY(QFile::link(target, link));
     QString reason;
     QVERIFY(VXWholeFile::write(link, "new", reason));
     QVERIFY(QFileInfo(link).isSymLink());
-    QCOMPARE(bytesOf(target), QByteArray("new"));
+    QCOMPARE(VXFileContent::of(target), QByteArray("new"));
 }
 
 void tst_VXWholeFile::modeAndNameOfAFormerFileStay()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"photo one.jpg"_s);
-    writeFile(path, "old");
+    VXFileContent::write(path, "old");
     const QFile::Permissions mode = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
     QVERIFY(QFile::setPermissions(path, mode));
     QString reason;
@@ -146,11 +134,11 @@ void tst_VXWholeFile::aNameWithoutRoomForMoreIsWrittenInPlace()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QString(255, u'n'));
-    writeFile(path, "much longer than what follows");
+    VXFileContent::write(path, "much longer than what follows");
     const ino_t before = inodeOf(path);
     QString reason;
     QVERIFY2(VXWholeFile::write(path, "new", reason), qPrintable(reason));
-    QCOMPARE(bytesOf(path), QByteArray("new"));
+    QCOMPARE(VXFileContent::of(path), QByteArray("new"));
     QCOMPARE(inodeOf(path), before);
 }
 
@@ -182,7 +170,7 @@ void tst_VXWholeFile::allBytesOrNone()
     QFile file(folder.filePath(u"file"_s));
     QVERIFY(file.open(QFile::WriteOnly));
     QVERIFY(VXWholeFile::writeAll(file, "ab"));
-    QCOMPARE(bytesOf(file.fileName()), QByteArray("ab")); // while it is still open
+    QCOMPARE(VXFileContent::of(file.fileName()), QByteArray("ab")); // while it is still open
 }
 
 VX_TEST_MAIN(QCoreApplication, tst_VXWholeFile)
