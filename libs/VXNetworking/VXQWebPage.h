@@ -43,8 +43,8 @@ public:
     void triggerAction(WebAction theAction, bool theIsChecked = false) override;
 
 public Q_SLOTS:
-    /// Asks the user, or tells him when there is no choice. The engine refuses the certificate
-    /// whatever he answers: the error is neither accepted nor deferred.
+    /// Asks the user, or tells them when there is no choice. The engine refuses the certificate
+    /// whatever they answer: the error is neither accepted nor deferred.
     void handleCertificateError(const QWebEngineCertificateError& theCertificateError);
 
 protected:
