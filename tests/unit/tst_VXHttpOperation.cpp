@@ -347,6 +347,9 @@ private Q_SLOTS:
     void announcedLengthIsNoErrorWithoutABody_data();
     void announcedLengthIsNoErrorWithoutABody();
     void compressedAnswerIsInflated();
+    void bodyBeyondTheBufferArrives_data();
+    void bodyBeyondTheBufferArrives();
+    void redirectWithALargeBodyIsFollowed();
     void httpStatusGivesItsCode_data();
     void httpStatusGivesItsCode();
     void timeoutEndsAsCanceled();
@@ -817,6 +820,100 @@ void tst_VXHttpOperation::compressedAnswerIsInflated()
     asIs.setHeader(u"Accept-Encoding"_s, u"gzip"_s); // then Qt leaves it to the caller
     QCOMPARE(asIs.exec(), packed);
     QVERIFY(!asIs.errorOccurred());
+}
+
+namespace {
+
+/// Three MiB, which is more than is buffered, and hardly compressible.
+QByteArray largeBody()
+{
+    QByteArray body(3 * 1024 * 1024, Qt::Uninitialized);
+    quint32 state = 1;
+    for (char& byte : body)
+        byte = static_cast<char>((state = state * 1664525 + 1013904223) >> 24);
+    return body;
+}
+
+QByteArray deflated(const QByteArray& theData)
+{
+    return qCompress(theData).sliced(4); // Qt puts the length before it
+}
+
+/// In chunks of 300,000 bytes (RFC 9112, 7.1).
+QByteArray chunked(const QByteArray& theData)
+{
+    QByteArray chunks;
+    for (qsizetype position = 0; position < theData.size(); position += 300'000) {
+        const QByteArray part = theData.mid(position, 300'000);
+        chunks += QByteArray::number(part.size(), 16) + "\r\n" + part + "\r\n";
+    }
+    return chunks + "0\r\n\r\n";
+}
+
+VXRawAnswer rawAnswer(const QByteArray& theHead, const QByteArray& theRest)
+{
+    return VXRawAnswer().send("HTTP/1.1 " + theHead + "\r\n\r\n" + theRest);
+}
+
+} // namespace
+
+void tst_VXHttpOperation::bodyBeyondTheBufferArrives_data()
+{
+    QTest::addColumn<VXRawAnswer>("answer");
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<Operation>("operation");
+
+    const auto row = [](const char* theName, const VXRawAnswer& theAnswer,
+                        const QByteArray& theBody,
+                        Operation theOperation = Operation::GetOperation) {
+        QTest::newRow(theName) << theAnswer << theBody << theOperation;
+    };
+    const QByteArray large = largeBody();
+    const QByteArray zeros(large.size(), 0);
+    const QByteArray inChunks = "Transfer-Encoding: chunked";
+    const QByteArray packed = "Content-Encoding: deflate";
+
+    row("with its length", VXRawAnswer::http(200, large), large);
+    row("POST", VXRawAnswer::http(200, large), large, Operation::PostOperation);
+    row("DELETE", VXRawAnswer::http(200, large), large, Operation::DeleteOperation);
+    row("without a length", rawAnswer("200 OK", large).close(), large);
+    row("chunks", rawAnswer("200 OK\r\n" + inChunks, chunked(large)), large);
+    row("chunks beside a short length",
+        rawAnswer("200 OK\r\nContent-Length: 100\r\n" + inChunks, chunked(large)), large);
+    row("compressed", VXRawAnswer::http(200, deflated(large), {packed}), large);
+    row("compressed chunks",
+        rawAnswer("200 OK\r\n" + packed + "\r\n" + inChunks, chunked(deflated(large))), large);
+    row("grows by 1000", VXRawAnswer::http(200, deflated(zeros), {packed}), zeros);
+    row("404", VXRawAnswer::http(404, large), large);
+    row("401", VXRawAnswer::http(401, large), large);
+}
+
+void tst_VXHttpOperation::bodyBeyondTheBufferArrives()
+{
+    QFETCH(VXRawAnswer, answer);
+    QFETCH(QByteArray, body);
+    QFETCH(Operation, operation);
+    VXRawPeer peer;
+    peer.setAnswer(answer);
+    VXHttpOperation exchange =
+        VXHttpOperation::create(peer.url(), "x", ContentOctetStream, operation);
+    exchange.setTimeout(20);
+    QVERIFY(exchange.exec() == body); // no comparison that prints them
+    QVERIFY(exchange.httpResponseCode() != 0);
+}
+
+void tst_VXHttpOperation::redirectWithALargeBodyIsFollowed()
+{
+    const QByteArray large = largeBody();
+    VXRawPeer peer;
+    peer.setHandler([&large](const VXRawRequest& theRequest) {
+        return theRequest.target() == "/from" ? VXRawAnswer::http(302, large, {"Location: /to"})
+                                              : VXRawAnswer::http(200, large);
+    });
+    VXHttpOperation operation = get(peer.url(u"/from"_s));
+    operation.setTimeout(20);
+    QVERIFY(operation.exec() == large);
+    QCOMPARE(operation.httpResponseCode(), 200);
 }
 
 void tst_VXHttpOperation::httpStatusGivesItsCode_data()
