@@ -1,4 +1,5 @@
 #include "VXLogCapture.h"
+#include "VXProgressRecorder.h"
 #include "VXRawPeer.h"
 #include "VXTestMain.h"
 #include "VXTlsPeer.h"
@@ -251,17 +252,6 @@ public:
     std::function<void()> onStart; // called while a request starts
     QStringList failedPaths;
     QList<qint64> failedSizes; // as the notice says
-};
-
-class ProgressReceiver : public QObject
-{
-    Q_OBJECT
-
-public:
-    QList<std::pair<qint64, qint64>> calls;
-
-public Q_SLOTS:
-    void progress(qint64 theDone, qint64 theTotal) { calls.append({theDone, theTotal}); }
 };
 
 /// Notes the longest time that a timer of this thread has left, while events run.
@@ -1322,12 +1312,12 @@ void tst_VXHttpOperation::progressReachesItsReceiver()
     peer.setAnswer(VXRawAnswer::http(200, QByteArray(300'000, 'x')));
     const bool isGet = operation == QNetworkAccessManager::GetOperation;
     const QByteArray payload = isGet ? QByteArray() : QByteArray(200'000, 'y');
-    ProgressReceiver receiver;
+    VXProgressRecorder receiver;
     VXHttpOperation exchange =
         VXHttpOperation::create(peer.url(), payload, ContentOctetStream, operation);
-    exchange.setProgressReceiver(&receiver, SLOT(progress(qint64, qint64)));
+    exchange.setProgressReceiver(&receiver, SLOT(note(qint64, qint64)));
     QVERIFY(exchange.send());
-    QTRY_VERIFY(receiver.calls.contains(std::pair(total, total)));
+    QTRY_VERIFY(receiver.notices().contains(std::pair(total, total)));
 }
 
 void tst_VXHttpOperation::receiverThatIsGoneGetsNoProgress()
@@ -1335,8 +1325,8 @@ void tst_VXHttpOperation::receiverThatIsGoneGetsNoProgress()
     VXRawPeer peer;
     VXHttpOperation operation = get(peer.url());
     {
-        ProgressReceiver receiver;
-        operation.setProgressReceiver(&receiver, SLOT(progress(qint64, qint64)));
+        VXProgressRecorder receiver;
+        operation.setProgressReceiver(&receiver, SLOT(note(qint64, qint64)));
     }
     const VXLogCapture log;
     QVERIFY(operation.send());

@@ -1,5 +1,6 @@
 #include "VXInputWindow.h"
 #include "VXLogCapture.h"
+#include "VXProgressRecorder.h"
 #include "VXRawPeer.h"
 #include "VXTestMain.h"
 #include "VXTlsPeer.h"
@@ -78,18 +79,6 @@ public:
     std::atomic<bool> isHttp2Allowed = false;
     QString mapTileFragment;
     QString analyticsFragment;
-};
-
-/// Notes the progress that it is told of.
-class ProgressReceiver : public QObject
-{
-    Q_OBJECT
-
-public:
-    QList<std::pair<qint64, qint64>> calls;
-
-public Q_SLOTS:
-    void progress(qint64 theDone, qint64 theTotal) { calls.append({theDone, theTotal}); }
 };
 
 /// A reply of any operation, without an exchange behind it.
@@ -957,15 +946,15 @@ void tst_VXNetworkAccessManager::progressFollowsTheOperation()
     QFETCH(Operation, operation);
     QFETCH(int, total);
     BareReply reply(operation);
-    ProgressReceiver receiver;
-    manager()->connectRequest(&reply, &receiver, SLOT(progress(qint64, qint64)), nullptr);
+    VXProgressRecorder receiver;
+    manager()->connectRequest(&reply, &receiver, SLOT(note(qint64, qint64)), nullptr);
     Q_EMIT reply.uploadProgress(1, 10);
     Q_EMIT reply.downloadProgress(2, 20);
     QCoreApplication::processEvents();
     QList<std::pair<qint64, qint64>> expected;
     if (total != 0)
         expected.append({total / 10, total});
-    QCOMPARE(receiver.calls, expected);
+    QCOMPARE(receiver.notices(), expected);
 }
 
 void tst_VXNetworkAccessManager::missingReceiversAndSlotsHurtNothing()
@@ -989,18 +978,18 @@ void tst_VXNetworkAccessManager::progressAndAbortAreQueued()
 {
     VXRawPeer peer;
     peer.setAnswer(VXRawAnswer().stall());
-    ProgressReceiver receiver;
+    VXProgressRecorder receiver;
     VXHttpOperation aborter = VXHttpOperation::create(peer.url(), Operation::GetOperation);
     const ReplyPointer reply(manager()->get(QNetworkRequest(peer.url())));
-    manager()->connectRequest(reply.get(), &receiver, SLOT(progress(qint64, qint64)), &aborter);
+    manager()->connectRequest(reply.get(), &receiver, SLOT(note(qint64, qint64)), &aborter);
 
     Q_EMIT reply->downloadProgress(1, 2);
-    QVERIFY(receiver.calls.isEmpty());
+    QVERIFY(receiver.notices().isEmpty());
     Q_EMIT aborter.abort();
     QVERIFY(!reply->isFinished());
     QTRY_VERIFY(reply->isFinished());
     QCOMPARE(reply->error(), QNetworkReply::OperationCanceledError);
-    QVERIFY(receiver.calls.contains(std::pair<qint64, qint64>(1, 2)));
+    QVERIFY(receiver.notices().contains(std::pair<qint64, qint64>(1, 2)));
 }
 
 void tst_VXNetworkAccessManager::deletedCookiesAreNotSent()
