@@ -164,8 +164,8 @@ private:
     VXHttpParameter myHeaders;
     VXNetworkingError myError;
     int myHttpResponseCode = 0;
-    std::unique_ptr<QHttpMultiPart> myMultiPart; // goes to the reply when it is sent
-    QDateTime myCreated = QDateTime::currentDateTime();
+    std::unique_ptr<QHttpMultiPart> myMultiPart;           // goes to the reply when it is sent
+    QDateTime myCreated = QDateTime::currentDateTimeUtc(); // local time would ask for the zone
 };
 
 Q_DECLARE_METATYPE(VXHttpOperation)
