@@ -45,7 +45,9 @@ QHash<QString, Times> runMicro(VXBenchSession& theSession, const QString& theId,
         // Google Benchmark adds up what the threads count.
         const double threads = run[u"threads"_s].toDouble(1);
         const double calls = run[u"calls"_s].toDouble(threads) / threads;
-        Times& times = result[run[u"name"_s].toString()];
+        QString name = run[u"name"_s].toString();
+        name.remove(u"/process_time"_s); // the same for all
+        Times& times = result[name];
         times.wall.append(run[u"real_time"_s].toDouble() / calls);
         times.cpu.append(run[u"cpu_time"_s].toDouble() / calls);
     }

@@ -30,7 +30,7 @@ namespace {
 
 constexpr int downloadTimeout = 3600;          // seconds
 constexpr qint64 readBufferSize = 1024 * 1024; // bytes
-constexpr qint64 firstReadBufferSize = 4 * readBufferSize;
+constexpr qint64 firstReadBufferSize = 2 * readBufferSize;
 constexpr qint64 largestReserve = 256 * 1024 * 1024;
 
 /// The date that servers write, "Sun, 06 Nov 1994 08:49:37 GMT" (RFC 9110, 5.6.7), taken apart by
