@@ -2,6 +2,7 @@
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QEventLoop>
+#include <QtCore/QMargins>
 #include <QtCore/QTimer>
 #include <QtGui/QImage>
 #include <QtWebEngineWidgets/QWebEngineView>
@@ -21,6 +22,7 @@ const QString drawnScript =
     "requestAnimationFrame(() => { window.vxFrames = 2; })); } window.vxFrames == 2"_s;
 
 constexpr int pauseMilliseconds = 30;
+constexpr QMargins edge(32, 32, 32, 32); // pixels
 
 void wait()
 {
@@ -29,12 +31,15 @@ void wait()
     loop.exec();
 }
 
-/// Whether all of the picture has one colour.
-bool isPlain(const QImage& theImage)
+/// Whether the view shows one colour. Its edges do not count: a view that has just grown, because
+/// the progress bar went, shows the old frame and a strip of background.
+bool isPlain(QWebEngineView& theView)
 {
-    for (int y = 0; y < theImage.height(); ++y)
-        for (int x = 0; x < theImage.width(); ++x)
-            if (theImage.pixel(x, y) != theImage.pixel(0, 0))
+    const QImage whole = theView.grab().toImage();
+    const QImage image = whole.copy(whole.rect().marginsRemoved(edge));
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) != image.pixel(0, 0))
                 return false;
     return true;
 }
@@ -68,7 +73,18 @@ bool VXTourWebPage::waitUntilDrawn(QWebEngineView& theView)
         return false;
     // The widget shows the frames of the page's process a little later.
     const QDeadlineTimer deadline(answerMilliseconds);
-    while (isPlain(theView.grab().toImage()) && !deadline.hasExpired())
+    while (isPlain(theView) && !deadline.hasExpired())
+        wait();
+    return !deadline.hasExpired();
+}
+
+bool VXTourWebPage::waitUntilDark(QWebEngineView& theView)
+{
+    const auto isDark = [&theView] {
+        return theView.grab().toImage().pixelColor(edge.left(), edge.top()).lightness() < 128;
+    };
+    const QDeadlineTimer deadline(answerMilliseconds);
+    while (!isDark() && !deadline.hasExpired())
         wait();
     return !deadline.hasExpired();
 }

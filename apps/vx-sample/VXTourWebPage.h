@@ -16,6 +16,9 @@ public:
     /// than 20 seconds.
     static bool waitUntilDrawn(QWebEngineView& theView);
 
+    /// Waits until the page has a dark background, which it gets a little after it is drawn.
+    static bool waitUntilDark(QWebEngineView& theView);
+
     /// Waits until the view looks other than `theBefore` and no longer changes. The page's process
     /// draws a little later than its scripts run.
     static bool waitUntilChanged(QWebEngineView& theView, const QImage& theBefore);

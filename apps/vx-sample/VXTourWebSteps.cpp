@@ -73,6 +73,8 @@ void showPage(VXTourRun& theRun, const QUrl& theUrl, const QString& thePicture,
     theRun.expect(load(*dialog.webView(), [&] { dialog.setUrl(theUrl); }),
                   u"%1 did not load"_s.arg(theUrl.toString()));
     theRun.expect(VXTourWebPage::waitUntilDrawn(engineView(dialog)), u"the page is not drawn"_s);
+    if (VXCSSSkinManager::instance()->currentMode() == VXCSSSkinManager::Dark)
+        theRun.expect(VXTourWebPage::waitUntilDark(engineView(dialog)), u"the page is light"_s);
     theRun.photograph(&dialog, thePicture);
     theRun.came(u"\"%1\""_s.arg(dialog.webView()->title()));
     if (theFurther)
