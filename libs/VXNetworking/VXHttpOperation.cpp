@@ -30,7 +30,6 @@ namespace {
 
 constexpr int downloadTimeout = 3600;          // seconds
 constexpr qint64 readBufferSize = 1024 * 1024; // bytes
-constexpr qint64 firstReadBufferSize = 2 * readBufferSize;
 constexpr qint64 largestReserve = 256 * 1024 * 1024;
 
 /// The date that servers write, "Sun, 06 Nov 1994 08:49:37 GMT" (RFC 9110, 5.6.7), taken apart by
@@ -74,11 +73,6 @@ QDateTime serverDate(const QByteArray& theHeader)
 
 /// Takes the body out of a reply while it arrives. Left to itself Qt holds a large body three times
 /// until the end when it comes over TLS.
-///
-/// Qt's HTTP thread may not run ahead of this one as it likes, not even before the answer's head is
-/// seen here: what it received without a limit would stay allowed until the end, tens of MiB when
-/// this thread waits for a processor. The first limit is wide, since Qt keeps no more than that of
-/// the body of a 401.
 class BodyCollector
 {
     Q_DISABLE_COPY_MOVE(BodyCollector)
@@ -87,15 +81,7 @@ public:
     explicit BodyCollector(QNetworkReply& theReply)
         : myReply(theReply)
     {
-        QObject::connect(&myReply, &QNetworkReply::metaDataChanged, &myContext,
-                         [this] { prepare(); });
         QObject::connect(&myReply, &QIODevice::readyRead, &myContext, [this] { take(); });
-        myReply.setReadBufferSize(firstReadBufferSize);
-        // Most others have a body to send. The event loop starts those, and till then nobody hears.
-        if (myReply.operation() != QNetworkAccessManager::GetOperation)
-            QMetaObject::invokeMethod(
-                &myContext, [this] { myReply.setReadBufferSize(firstReadBufferSize); },
-                Qt::QueuedConnection);
     }
 
     /// The whole body of a reply that has finished. An aborted one is closed: it has none.
@@ -108,32 +94,23 @@ public:
     }
 
 private:
-    void take() { myBody += myReply.readAll(); }
+    void take()
+    {
+        if (myBody.isNull())
+            prepare();
+        myBody += myReply.readAll();
+    }
 
-    /// Called with each head. What is reserved in one go is not copied when the buffer grows; what
-    /// of it is not used takes no memory, so a server that announces too much does no harm.
+    /// In one go: a buffer that grows is copied. What is reserved and not used takes no memory, so
+    /// a server that announces too much does no harm. Only what may be large is limited: the limit
+    /// makes Qt tell its HTTP thread of each read. And not before the body comes: a limit makes Qt
+    /// 6.4 read from the connection, and it crashes when that is TLS and not encrypted yet.
     void prepare()
     {
-        if (isRedirect()) {
-            limit(0); // nobody reads its body, so there would never be room for the rest of it
-            return;
-        }
         const qint64 announced = myReply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
-        myBody.reserve(qBound(qint64(0), announced, largestReserve));
         if (announced <= 0 || announced > readBufferSize)
-            limit(readBufferSize);
-    }
-
-    [[nodiscard]] bool isRedirect() const
-    {
-        return myReply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() / 100 == 3;
-    }
-
-    /// Small bodies do without: telling Qt's HTTP thread takes a microsecond.
-    void limit(qint64 theSize)
-    {
-        if (myReply.readBufferSize() != theSize)
-            myReply.setReadBufferSize(theSize);
+            myReply.setReadBufferSize(readBufferSize);
+        myBody.reserve(qBound(qint64(0), announced, largestReserve));
     }
 
     QNetworkReply& myReply;
