@@ -8,6 +8,8 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <mutex>
+#include <set>
 
 using namespace std::chrono_literals;
 
@@ -45,6 +47,16 @@ quint16 portOf(const sockaddr_storage& theAddress)
     if (theAddress.ss_family == AF_INET)
         return ntohs(reinterpret_cast<const sockaddr_in&>(theAddress).sin_port);
     return ntohs(reinterpret_cast<const sockaddr_in6&>(theAddress).sin6_port);
+}
+
+/// Whether no peer of this process had the port before: a host that the user once trusted is
+/// trusted until the process ends.
+bool isNew(quint16 thePort)
+{
+    static std::mutex ourMutex;
+    static std::set<quint16> ourPorts;
+    const std::lock_guard lock(ourMutex);
+    return ourPorts.insert(thePort).second;
 }
 
 } // namespace
@@ -131,14 +143,18 @@ bool VXRawPeer::waitForRequests(int theCount, std::chrono::milliseconds theTime)
 
 void VXRawPeer::listen()
 {
-    sockaddr_storage address{};
-    socklen_t size = loopback(myFamily, address);
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    myListener = ::socket(address.ss_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (myListener < 0 || ::bind(myListener, generic, size) != 0 || ::listen(myListener, 64) != 0 ||
-        ::getsockname(myListener, generic, &size) != 0)
-        qFatal("the test peer cannot listen: %s", std::strerror(errno));
-    myPort = portOf(address);
+    do {
+        if (myListener >= 0)
+            ::close(myListener);
+        sockaddr_storage address{};
+        socklen_t size = loopback(myFamily, address);
+        auto* const generic = reinterpret_cast<sockaddr*>(&address);
+        myListener = ::socket(address.ss_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        if (myListener < 0 || ::bind(myListener, generic, size) != 0 ||
+            ::listen(myListener, 64) != 0 || ::getsockname(myListener, generic, &size) != 0)
+            qFatal("the test peer cannot listen: %s", std::strerror(errno));
+        myPort = portOf(address);
+    } while (!isNew(myPort));
 }
 
 void VXRawPeer::acceptLoop()
