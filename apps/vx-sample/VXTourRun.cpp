@@ -59,7 +59,13 @@ void VXTourRun::expectSuccess(const VXHttpOperation& theOperation)
 
 QList<VXRecordedRequest> VXTourRun::expectReceived(const QList<VXTourExpectation>& theWanted)
 {
-    QList<VXRecordedRequest> open = world.control.requestsSince(myFirstRequest);
+    return match(world.control.requestsSince(myFirstRequest), theWanted);
+}
+
+QList<VXRecordedRequest> VXTourRun::match(const QList<VXRecordedRequest>& theReceived,
+                                          const QList<VXTourExpectation>& theWanted)
+{
+    QList<VXRecordedRequest> open = theReceived;
     expectEqual<qint64>(u"number of recorded requests"_s, open.size(), theWanted.size());
 
     QList<VXRecordedRequest> found;
@@ -86,7 +92,8 @@ QList<VXRecordedRequest> VXTourRun::expectReceived(const QList<VXTourExpectation
 void VXTourRun::expectReceivedAtLeastOnce(const VXTourExpectation& theWanted)
 {
     const QList<VXRecordedRequest> requests = world.control.requestsSince(myFirstRequest);
-    expectReceived(QList<VXTourExpectation>(std::max<qsizetype>(1, requests.size()), theWanted));
+    // Asked once: Qt may be repeating it right now.
+    match(requests, QList<VXTourExpectation>(std::max<qsizetype>(1, requests.size()), theWanted));
 }
 
 void VXTourRun::expectEcho(const QByteArray& theAnswer, const VXRecordedRequest& theRequest)

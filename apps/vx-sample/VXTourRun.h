@@ -80,6 +80,9 @@ public:
     [[nodiscard]] QStringList logLines(const QString& theText) const;
 
 private:
+    QList<VXRecordedRequest> match(const QList<VXRecordedRequest>& theReceived,
+                                   const QList<VXTourExpectation>& theWanted);
+
     static QString toText(const QString& theText) { return theText; }
     static QString toText(qint64 theNumber) { return QString::number(theNumber); }
     static QString toText(bool theFlag)
