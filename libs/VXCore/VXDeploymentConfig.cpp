@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr auto builtInOrigin = "built-in"_L1;
 constexpr auto setterOrigin = "setter"_L1;
 
 enum class Kind
@@ -216,12 +217,18 @@ QString resolved(Kind theKind, const QString& theText, const QString& theBase)
     return QDir::cleanPath(QDir(theBase).absoluteFilePath(theText));
 }
 
+/// Neither computed nor a path: the same on each machine and at each time.
+bool isConstant(const Row& theRow)
+{
+    return !theRow.computed && theRow.kind != Kind::Path;
+}
+
 QStringList builtIn(const Row& theRow, const VXDeploymentConfig& theConfig)
 {
     if (theRow.computed)
         return {theRow.computed(theConfig)};
     const QString text = QString::fromLatin1(theRow.builtIn);
-    if (text.isEmpty() || theRow.kind != Kind::Path)
+    if (text.isEmpty() || isConstant(theRow))
         return text.isEmpty() ? QStringList() : QStringList{text};
     const QString folder = VXDeploymentConfig::dataFolder();
     // Without a data folder a path would be taken from the current one, which anybody may fill.
@@ -259,6 +266,10 @@ QString findDataFolder()
 
 VXDeploymentConfig::VXDeploymentConfig()
 {
+    for (const Row& row : rows) {
+        if (isConstant(row))
+            myValues.insert(QString::fromLatin1(row.key), {builtIn(row, *this), builtInOrigin});
+    }
     readStandardFiles();
 }
 
@@ -387,7 +398,7 @@ QList<VXDeploymentConfig::Entry> VXDeploymentConfig::entries() const
     for (const Row& row : rows) {
         const QString key = QString::fromLatin1(row.key);
         if (!values.contains(key))
-            values.insert(key, {builtIn(row, *this), u"built-in"_s});
+            values.insert(key, {builtIn(row, *this), builtInOrigin});
     }
 
     QList<Entry> entries;

@@ -84,6 +84,6 @@ private:
     [[nodiscard]] QStringList parts(const QString& theKey) const;
 
     mutable QMutex myMutex;
-    QHash<QString, Value>
-        myValues; // guarded by myMutex; keys without an entry have built-in values
+    // Guarded by myMutex. Keys without an entry have built-in values that depend on the machine.
+    QHash<QString, Value> myValues;
 };
