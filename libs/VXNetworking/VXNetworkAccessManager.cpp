@@ -2,6 +2,7 @@
 
 #include "VXCertificateBundle.h"
 #include "VXHeaderField.h"
+#include "VXHttpOperation.h"
 #include "VXNetworkAccessManagerSignalDispatcher.h"
 #include "VXNetworkSettings.h"
 
@@ -13,6 +14,7 @@
 #include <QtCore/QDebug>
 #include <QtCore/QEventLoop>
 #include <QtCore/QFileInfo>
+#include <QtCore/QStringBuilder>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtCore/QUrlQuery>
@@ -81,14 +83,14 @@ QString quoted(const QString& theText)
     const bool isPlain = std::ranges::all_of(theText, [](QChar theChar) {
         return theChar >= u' ' && theChar <= u'~' && theChar != u'"' && theChar != u'\\';
     });
-    return isPlain ? u'"' + theText + u'"' : QDebug::toString(theText);
+    return isPlain ? u'"' % theText % u'"' : QDebug::toString(theText);
 }
 
 /// theUrl comes quoted.
 void logOutcome(const QNetworkReply& theReply, const QString& theUrl)
 {
     if (theReply.error() == QNetworkReply::NoError)
-        qInfo().noquote() << u" -- Request  "_s + theUrl + u" complete"_s;
+        qInfo().noquote() << QString(u" -- Request  " % theUrl % u" complete");
     else
         qInfo().noquote() << u" -- Request  "_s + theUrl + u" failed with Qt Error Code:"_s
                           << theReply.error();
@@ -152,6 +154,17 @@ QString hexDigest(const QSslCertificate& theCertificate, QCryptographicHash::Alg
     return QString::fromLatin1(theCertificate.digest(theAlgorithm).toHex());
 }
 
+/// Any object may have such a signal. Looking it up by its name takes seven times as long as the
+/// connection with an operation, which is what nearly all of them are.
+QMetaObject::Connection connectAborter(const QObject* theAborter, const QNetworkReply* theReply)
+{
+    const auto* const operation = qobject_cast<const VXHttpOperation*>(theAborter);
+    return operation ? QObject::connect(operation, &VXHttpOperation::abort, theReply,
+                                        &QNetworkReply::abort, Qt::QueuedConnection)
+                     : QObject::connect(theAborter, SIGNAL(abort()), theReply, SLOT(abort()),
+                                        Qt::QueuedConnection);
+}
+
 void warnUnlessConnected(const QMetaObject::Connection& theConnection, const char* theWhat)
 {
     if (!theConnection)
@@ -211,7 +224,7 @@ VXNetworkAccessManager* VXNetworkAccessManager::createNetworkAccessManager()
     connect(manager, &VXNetworkAccessManager::askIgnoreSSLErrors, relay, &Relay::askIgnoreSSLErrors,
             type);
 
-    ourManagersOfThreads.insert(QThread::currentThread(), manager);
+    ourManagersOfThreads.insert(manager->myThread, manager);
     return manager;
 }
 
@@ -236,10 +249,11 @@ VXNetworkAccessManager::VXNetworkAccessManager()
 
 VXNetworkAccessManager::~VXNetworkAccessManager()
 {
-    // By value: the thread that destroys it need not be the one that it was made for.
+    // The thread that destroys it need not be the one that it was made for, and a new thread with
+    // the address of that one may have a manager of its own.
     const QMutexLocker locker(&ourMutex);
-    ourManagersOfThreads.removeIf(
-        [this](const auto& theEntry) { return theEntry.value() == this; });
+    if (ourManagersOfThreads.value(myThread) == this)
+        ourManagersOfThreads.remove(myThread);
 }
 
 bool VXNetworkAccessManager::isInApplicationThread() const
@@ -356,9 +370,7 @@ void VXNetworkAccessManager::connectRequest(QNetworkReply* theReply,
             "the progress");
     }
     if (theAborter)
-        warnUnlessConnected(
-            connect(theAborter, SIGNAL(abort()), theReply, SLOT(abort()), Qt::QueuedConnection),
-            "the aborter");
+        warnUnlessConnected(connectAborter(theAborter, theReply), "the aborter");
 }
 
 void VXNetworkAccessManager::waitForRequest(QNetworkReply* theReply, int theTimeoutSeconds)
@@ -374,7 +386,7 @@ void VXNetworkAccessManager::waitForRequest(QNetworkReply* theReply, int theTime
     connect(theReply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
 
     const QString url = quoted(theReply->url().toString(QUrl::RemovePassword));
-    qInfo().noquote() << u" --  \""_s + describe(theReply->operation()) + u"\" : "_s + url;
+    qInfo().noquote() << QString(u" --  \"" % describe(theReply->operation()) % u"\" : " % url);
 
     const bool isLimited = theTimeoutSeconds >= 0;
     if (isLimited)

@@ -6,6 +6,7 @@
 #include <QtCore/QHash>
 #include <QtCore/QMutex>
 #include <QtCore/QStringList>
+#include <QtCore/QThread>
 #include <QtCore/QUrl>
 #include <QtNetwork/QNetworkAccessManager>
 #include <QtNetwork/QNetworkRequest>
@@ -15,7 +16,6 @@
 #include <atomic>
 
 class QHttpMultiPart;
-class QThread;
 
 /// The library's gateway to Qt Network: one manager per thread, with the system's request
 /// defaults, blocking requests with a time-out, and questions that reach the GUI thread.
@@ -195,5 +195,6 @@ private:
     static QMutex ourCertificateMutex;
     static std::atomic<bool> ourCertificatesAreLoaded; // once-flag, set under ourCertificateMutex
 
+    QThread* const myThread = QThread::currentThread(); // its key in the registry; may have ended
     bool myBlockUIEvents = false;
 };
