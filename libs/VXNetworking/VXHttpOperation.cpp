@@ -15,6 +15,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtCore/QStringBuilder>
 #include <QtCore/QTemporaryFile>
 #include <QtCore/QUrlQuery>
 #include <QtNetwork/QHttpPart>
@@ -28,8 +29,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int downloadTimeout = 3600;          // seconds
-constexpr qint64 readBufferSize = 1024 * 1024; // bytes
+constexpr int downloadTimeout = 3600; // seconds
+
+// Bytes.
+constexpr qint64 readBufferSize = 512 * 1024;
+constexpr qint64 firstReadBufferSize = 4 * readBufferSize; // Qt keeps no more of the body of a 401
+constexpr qint64 pieceSize = 256 * 1024;
 constexpr qint64 largestReserve = 256 * 1024 * 1024;
 
 /// The date that servers write, "Sun, 06 Nov 1994 08:49:37 GMT" (RFC 9110, 5.6.7), taken apart by
@@ -73,6 +78,13 @@ QDateTime serverDate(const QByteArray& theHeader)
 
 /// Takes the body out of a reply while it arrives. Left to itself Qt holds a large body three times
 /// until the end when it comes over TLS.
+///
+/// Qt's HTTP thread may not run ahead of this one as it likes: what it receives without a limit
+/// counts as room beyond it until the end, tens of MiB when this thread waits for a processor. Over
+/// TLS, which is slower, the limit comes with the body all the same: a limit makes Qt 6.4 read from
+/// the connection, and it crashes when that is not encrypted yet.
+///
+/// The reply calls it, so the two end together.
 class BodyCollector
 {
     Q_DISABLE_COPY_MOVE(BodyCollector)
@@ -81,7 +93,10 @@ public:
     explicit BodyCollector(QNetworkReply& theReply)
         : myReply(theReply)
     {
-        QObject::connect(&myReply, &QIODevice::readyRead, &myContext, [this] { take(); });
+        QObject::connect(&myReply, &QIODevice::readyRead, &myReply, [this] { take(); });
+        if (myReply.url().scheme() == "http"_L1 &&
+            myReply.operation() == QNetworkAccessManager::GetOperation)
+            limitFromTheStart();
     }
 
     /// The whole body of a reply that has finished. An aborted one is closed: it has none.
@@ -89,33 +104,52 @@ public:
     {
         if (!myReply.isOpen())
             return {};
-        take();
+        if (myReply.bytesAvailable() > 0)
+            take();
         return std::move(myBody);
     }
 
 private:
-    void take()
+    /// Nobody reads the body of a redirect, so there would never be room for all of it; and where
+    /// it leads to may be TLS.
+    void limitFromTheStart()
     {
-        if (myBody.isNull())
-            prepare();
-        myBody += myReply.readAll();
+        QObject::connect(&myReply, &QNetworkReply::metaDataChanged, &myReply, [this] {
+            if (myReply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() / 100 == 3)
+                myReply.setReadBufferSize(0);
+        });
+        myReply.setReadBufferSize(firstReadBufferSize);
     }
 
-    /// In one go: a buffer that grows is copied. What is reserved and not used takes no memory, so
-    /// a server that announces too much does no harm. Only what may be large is limited: the limit
-    /// makes Qt tell its HTTP thread of each read. And not before the body comes: a limit makes Qt
-    /// 6.4 read from the connection, and it crashes when that is TLS and not encrypted yet.
-    void prepare()
+    void take()
+    {
+        const bool isLarge = myBody.isNull() && prepare();
+        while (myReply.bytesAvailable() > pieceSize) // what has been copied is given back soon
+            myBody += myReply.read(pieceSize);
+        if (myReply.bytesAvailable() > 0)
+            myBody += myReply.readAll();
+        if (isLarge)
+            myReply.setReadBufferSize(readBufferSize);
+    }
+
+    /// Whether the body may be large. For such a one memory is taken in one go: a buffer that grows
+    /// is copied. What of it is not used takes none, so a server that announces too much does no
+    /// harm. A small one never fills the buffer, so Qt's HTTP thread need not hear that it is read:
+    /// the limit is lifted on this side only. Beside chunks a length means nothing.
+    bool prepare()
     {
         const qint64 announced = myReply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
-        if (announced <= 0 || announced > readBufferSize)
-            myReply.setReadBufferSize(readBufferSize);
-        myBody.reserve(qBound(qint64(0), announced, largestReserve));
+        const bool isSmall = announced > 0 && announced <= readBufferSize &&
+                             !myReply.hasRawHeader("Transfer-Encoding");
+        if (isSmall)
+            myReply.QNetworkReply::setReadBufferSize(0);
+        else
+            myBody.reserve(qBound(qint64(0), announced, largestReserve));
+        return !isSmall;
     }
 
     QNetworkReply& myReply;
     QByteArray myBody;
-    QObject myContext; // ends the connection with this object
 };
 
 /// Remembers an abort() that comes while a request starts. The server may have the request before
@@ -422,12 +456,12 @@ void VXHttpOperation::logRequest(const QByteArray& theServerDate, qsizetype theB
     // Positive when the local clock is ahead; a date that cannot be read counts as 0.
     const int offByMs = static_cast<int>(serverDate(theServerDate).msecsTo(now));
     // The epoch is that of the local clock, whatever its name says: log readers rely on it.
-    VXLogger::instance()->legacyLog(
-        u"TOV NETREQUEST OFFBYMS:%1 BYTES:%2  DURATIONMS:%3 URL:%4 SERVEREPOCH:%5"_s.arg(
-            QString::number(offByMs), QString::number(theBodySize),
-            QString::number(myCreated.msecsTo(now)), myUrl.toString(),
-            QString::number(now.toSecsSinceEpoch())),
-        true);
+    VXLogger::instance()->legacyLog(u"TOV NETREQUEST OFFBYMS:" % QString::number(offByMs) %
+                                        u" BYTES:" % QString::number(theBodySize) %
+                                        u"  DURATIONMS:" % QString::number(myCreated.msecsTo(now)) %
+                                        u" URL:" % myUrl.toString() % u" SERVEREPOCH:" %
+                                        QString::number(now.toSecsSinceEpoch()),
+                                    true);
     VXLogger::instance()->addToOffSetTimes(offByMs);
 }
 

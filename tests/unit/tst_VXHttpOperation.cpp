@@ -340,6 +340,7 @@ private Q_SLOTS:
     void bodyBeyondTheBufferArrives_data();
     void bodyBeyondTheBufferArrives();
     void redirectWithALargeBodyIsFollowed();
+    void redirectToTlsIsFollowed();
     void httpStatusGivesItsCode_data();
     void httpStatusGivesItsCode();
     void timeoutEndsAsCanceled();
@@ -905,6 +906,25 @@ void tst_VXHttpOperation::redirectWithALargeBodyIsFollowed()
     operation.setTimeout(20);
     QVERIFY(operation.exec() == large);
     QCOMPARE(operation.httpResponseCode(), 200);
+}
+
+void tst_VXHttpOperation::redirectToTlsIsFollowed()
+{
+    const QByteArray large = largeBody();
+    VXNetworkAccessManager::setValidateSslCertificate(false);
+    const auto restore =
+        qScopeGuard([] { VXNetworkAccessManager::setValidateSslCertificate(true); });
+    // Each time a connection that is not encrypted yet when the limit of the first one is lifted.
+    for (int i = 0; i < 5; ++i) {
+        VXTlsPeer target(myCertificates->selfSigned());
+        target.setAnswer(VXRawAnswer::http(200, large));
+        VXRawPeer peer;
+        peer.setAnswer(VXRawAnswer::http(302, large, {"Location: " + target.url().toEncoded()}));
+        VXHttpOperation operation = get(peer.url());
+        operation.setTimeout(20);
+        QVERIFY(operation.exec() == large);
+        QCOMPARE(operation.httpResponseCode(), 200);
+    }
 }
 
 void tst_VXHttpOperation::httpStatusGivesItsCode_data()
