@@ -28,14 +28,14 @@ struct Times
 
 /// Runs the benchmarks whose names match, in random order, and returns them by their names.
 QHash<QString, Times> runMicro(VXBenchSession& theSession, const QString& theId,
-                               const QString& theFilter)
+                               const QString& theFilter, bool theIsPinned = false)
 {
     const QByteArray output = theSession.run(
         theId, QCoreApplication::applicationDirPath() + u"/vx-bench-micro"_s,
         {u"--benchmark_format=json"_s, u"--benchmark_filter="_s + theFilter,
          u"--benchmark_repetitions=%1"_s.arg(theSession.rounds()), u"--benchmark_min_time=0.01"_s,
          u"--benchmark_enable_random_interleaving=true"_s},
-        false);
+        theIsPinned);
     QHash<QString, Times> result;
     const QJsonArray runs =
         QJsonDocument::fromJson(output).object().value(u"benchmarks"_s).toArray();
@@ -188,8 +188,10 @@ void benchTokens(VXBenchSession& theSession)
 
 void benchProxy(VXBenchSession& theSession)
 {
-    const QHash<QString, Times> times =
-        runMicro(theSession, u"B13"_s, u"^query(None|Own|System|Qt)/"_s);
+    QHash<QString, Times> times = runMicro(theSession, u"B13"_s, u"^query(None|Own)/"_s);
+    // Qt asks for the system's proxy in a thread of its own. Whether the kernel puts it beside the
+    // asking one or on another processor decides by a factor of two.
+    times.insert(runMicro(theSession, u"B13"_s, u"^query(System|Qt)/"_s, true));
     const VXBenchGoal microsecond = VXBenchGoal::noMoreThan(1000, Figure::Median);
     for (const QString& threads : {u"1"_s, u"8"_s}) {
         const QString tail = u"/real_time/threads:"_s + threads;

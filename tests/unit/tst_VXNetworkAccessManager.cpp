@@ -338,6 +338,7 @@ void tst_VXNetworkAccessManager::entryOfADeadThreadIsReplaced()
     }
     for (VXNetworkAccessManager* const old : abandoned)
         delete old; // no thread uses it any more
+    VXNetworkAccessManager::deleteAllCookies(); // reaches none of them
 }
 
 void tst_VXNetworkAccessManager::releasedManagerIsGoneAndMadeAnew()
