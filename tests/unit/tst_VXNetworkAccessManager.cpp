@@ -336,9 +336,10 @@ void tst_VXNetworkAccessManager::entryOfADeadThreadIsReplaced()
         QVERIFY(hasEnded);
         QCOMPARE(error, QNetworkReply::NoError);
     }
+    // No thread uses them any more, and nothing reaches them afterwards.
     for (VXNetworkAccessManager* const old : abandoned)
-        delete old; // no thread uses it any more
-    VXNetworkAccessManager::deleteAllCookies(); // reaches none of them
+        delete old;
+    VXNetworkAccessManager::deleteAllCookies();
 }
 
 void tst_VXNetworkAccessManager::releasedManagerIsGoneAndMadeAnew()
