@@ -23,6 +23,7 @@ const QString drawnScript =
 
 constexpr int pauseMilliseconds = 30;
 constexpr QMargins edge(32, 32, 32, 32); // pixels
+constexpr int firstFrame = 40;           // device-independent pixels; a bit more than its height
 
 void wait()
 {
@@ -32,11 +33,14 @@ void wait()
 }
 
 /// Whether the view shows one colour. Its edges do not count: a view that has just grown, because
-/// the progress bar went, shows the old frame and a strip of background.
+/// the progress bar went, shows the old frame and a strip of background. Nor does its top: in a
+/// view that has just been laid out stands the frame of a widget without a layout, 100 x 30.
 bool isPlain(QWebEngineView& theView)
 {
     const QImage whole = theView.grab().toImage();
-    const QImage image = whole.copy(whole.rect().marginsRemoved(edge));
+    QMargins margins = edge;
+    margins.setTop(qRound(firstFrame * whole.devicePixelRatio()));
+    const QImage image = whole.copy(whole.rect().marginsRemoved(margins));
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             if (image.pixel(x, y) != image.pixel(0, 0))
