@@ -1,4 +1,5 @@
 #include "VXLogCapture.h"
+#include "VXPeerChannel.h"
 #include "VXProgressRecorder.h"
 #include "VXRawPeer.h"
 #include "VXTestMain.h"
@@ -32,8 +33,11 @@
 #include <QtXml/QDomDocument>
 
 #include <array>
+#include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -57,6 +61,84 @@ struct Outcome
     bool isSuccess = false;
     int code = -1;
     int http = -1;
+};
+
+/// Counts what the client takes of the answers.
+class MeteredPeer final : public VXRawPeer
+{
+    Q_DISABLE_COPY_MOVE(MeteredPeer)
+
+public:
+    MeteredPeer()
+        : MeteredPeer(std::make_shared<Meter>())
+    {
+    }
+    ~MeteredPeer() override { stop(); }
+
+    /// Waits until theSize bytes have been taken, or none for half a second; returns how many.
+    [[nodiscard]] qsizetype waitForTaken(qsizetype theSize) const
+    {
+        std::unique_lock lock(myMeter->mutex);
+        for (qsizetype before = -1; before != myMeter->taken && myMeter->taken < theSize;) {
+            before = myMeter->taken;
+            myMeter->change.wait_for(lock, 500ms, [&] { return myMeter->taken >= theSize; });
+        }
+        return myMeter->taken;
+    }
+
+private:
+    struct Meter
+    {
+        std::mutex mutex;
+        std::condition_variable change;
+        qsizetype taken = 0;
+    };
+
+    class Channel final : public VXPeerChannel
+    {
+        Q_DISABLE_COPY_MOVE(Channel)
+
+    public:
+        Channel(int theDescriptor, std::shared_ptr<Meter> theMeter)
+            : myChannel(VXPeerChannel::plain(theDescriptor))
+            , myMeter(std::move(theMeter))
+        {
+        }
+        ~Channel() override = default;
+
+        Outcome read(QByteArray& theBuffer, std::chrono::milliseconds theTime) override
+        {
+            return myChannel->read(theBuffer, theTime);
+        }
+        bool write(const QByteArray& theBytes) override
+        {
+            constexpr qsizetype piece = 65536;
+            for (qsizetype done = 0; done < theBytes.size(); done += piece) {
+                if (!myChannel->write(theBytes.mid(done, piece)))
+                    return false;
+                const std::lock_guard lock(myMeter->mutex);
+                myMeter->taken += qMin(piece, theBytes.size() - done);
+                myMeter->change.notify_all();
+            }
+            return true;
+        }
+        void close() override { myChannel->close(); }
+        void reset() override { myChannel->reset(); }
+
+    private:
+        const std::unique_ptr<VXPeerChannel> myChannel;
+        const std::shared_ptr<Meter> myMeter;
+    };
+
+    explicit MeteredPeer(const std::shared_ptr<Meter>& theMeter)
+        : VXRawPeer([theMeter](int theDescriptor) -> std::unique_ptr<VXPeerChannel> {
+            return std::make_unique<Channel>(theDescriptor, theMeter);
+        })
+        , myMeter(theMeter)
+    {
+    }
+
+    const std::shared_ptr<Meter> myMeter;
 };
 
 Outcome outcomeOf(const VXHttpOperation& theOperation, bool theIsSuccess)
@@ -339,6 +421,7 @@ private Q_SLOTS:
     void compressedAnswerIsInflated();
     void bodyBeyondTheBufferArrives_data();
     void bodyBeyondTheBufferArrives();
+    void busyReceiverHoldsTheServerUp();
     void redirectWithALargeBodyIsFollowed();
     void redirectToTlsIsFollowed();
     void httpStatusGivesItsCode_data();
@@ -892,6 +975,25 @@ void tst_VXHttpOperation::bodyBeyondTheBufferArrives()
     exchange.setTimeout(20);
     QVERIFY(exchange.exec() == body); // no comparison that prints them
     QVERIFY(exchange.httpResponseCode() != 0);
+}
+
+void tst_VXHttpOperation::busyReceiverHoldsTheServerUp()
+{
+    const QByteArray body(64 * 1024 * 1024, 'x');
+    MeteredPeer peer;
+    peer.setAnswer(VXRawAnswer::http(200, body));
+    qsizetype taken = 0;
+    const QObject context;
+    // This thread does not get to the body for as long as the server gets rid of it.
+    QTimer::singleShot(0, &context, [&] {
+        if (peer.waitForRequests(1))
+            taken = peer.waitForTaken(body.size());
+    });
+    VXHttpOperation operation = get(peer.url());
+    operation.setTimeout(60);
+    QVERIFY(operation.exec() == body);
+    // Two MiB, and what the kernel's buffers hold.
+    QVERIFY2(taken > 0 && taken < body.size() / 2, QByteArray::number(taken).constData());
 }
 
 void tst_VXHttpOperation::redirectWithALargeBodyIsFollowed()
