@@ -80,7 +80,8 @@ public:
     /// Whether the debug output may show a header of that name (any case).
     [[nodiscard]] bool isKnownHeader(const QString& theName) const;
 
-    /// Sends and waits. Returns the body, also that of a failed exchange.
+    /// Sends and waits. Returns the body, also that of a failed exchange; but of a GET over plain
+    /// http that ends as 401, two MiB at most.
     QByteArray exec();
     /// exec(); true when no error occurred.
     bool send();
