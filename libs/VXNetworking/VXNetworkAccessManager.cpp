@@ -2,7 +2,6 @@
 
 #include "VXCertificateBundle.h"
 #include "VXHeaderField.h"
-#include "VXHttpOperation.h"
 #include "VXNetworkAccessManagerSignalDispatcher.h"
 #include "VXNetworkSettings.h"
 
@@ -152,17 +151,6 @@ QString attributeLines(Values theValues)
 QString hexDigest(const QSslCertificate& theCertificate, QCryptographicHash::Algorithm theAlgorithm)
 {
     return QString::fromLatin1(theCertificate.digest(theAlgorithm).toHex());
-}
-
-/// Any object may have such a signal. Nearly all are operations, which are connected by type: in a
-/// sixth of the time.
-QMetaObject::Connection connectAborter(const QObject* theAborter, const QNetworkReply* theReply)
-{
-    const auto* const operation = qobject_cast<const VXHttpOperation*>(theAborter);
-    return operation ? QObject::connect(operation, &VXHttpOperation::abort, theReply,
-                                        &QNetworkReply::abort, Qt::QueuedConnection)
-                     : QObject::connect(theAborter, SIGNAL(abort()), theReply, SLOT(abort()),
-                                        Qt::QueuedConnection);
 }
 
 void warnUnlessConnected(const QMetaObject::Connection& theConnection, const char* theWhat)
@@ -370,7 +358,9 @@ void VXNetworkAccessManager::connectRequest(QNetworkReply* theReply,
             "the progress");
     }
     if (theAborter)
-        warnUnlessConnected(connectAborter(theAborter, theReply), "the aborter");
+        warnUnlessConnected(
+            connect(theAborter, SIGNAL(abort()), theReply, SLOT(abort()), Qt::QueuedConnection),
+            "the aborter");
 }
 
 void VXNetworkAccessManager::waitForRequest(QNetworkReply* theReply, int theTimeoutSeconds)
