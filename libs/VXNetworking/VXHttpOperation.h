@@ -80,8 +80,8 @@ public:
     /// Whether the debug output may show a header of that name (any case).
     [[nodiscard]] bool isKnownHeader(const QString& theName) const;
 
-    /// Sends and waits. Returns the body, also that of a failed exchange; but of a GET over plain
-    /// http that ends as 401, two MiB at most.
+    /// Sends and waits. Returns the body, also that of a failed exchange; but what comes after the
+    /// first MiB may be missing when a GET over plain http ends as 401.
     QByteArray exec();
     /// exec(); true when no error occurred.
     bool send();

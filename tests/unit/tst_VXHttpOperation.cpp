@@ -959,8 +959,8 @@ void tst_VXHttpOperation::bodyBeyondTheBufferArrives_data()
         rawAnswer("200 OK\r\n" + packed + "\r\n" + inChunks, chunked(deflated(large))), large);
     row("grows by 1000", VXRawAnswer::http(200, deflated(zeros), {packed}), zeros);
     row("404", VXRawAnswer::http(404, large), large);
-    const QByteArray half = large.first(large.size() / 2); // Qt keeps no more than two MiB
-    row("401", VXRawAnswer::http(401, half), half);
+    const QByteArray kept = large.first(1024 * 1024); // of more Qt may lose the end
+    row("401", VXRawAnswer::http(401, kept), kept);
 }
 
 void tst_VXHttpOperation::bodyBeyondTheBufferArrives()
