@@ -2,6 +2,7 @@
 
 #include "VXSampleExchange.h"
 #include "VXTourRun.h"
+#include "VXTourWebPage.h"
 
 #include <VXCore/VXDeploymentConfig.h>
 #include <VXCore/VXMainWindowHandle.h>
@@ -12,9 +13,9 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
-#include <QtCore/QStandardPaths>
 #include <QtCore/QTimer>
 #include <QtGui/QImage>
+#include <QtWebEngineWidgets/QWebEngineView>
 #include <QtWidgets/QDialog>
 
 using namespace Qt::StringLiterals;
@@ -84,21 +85,19 @@ QByteArray photo()
     return bytes;
 }
 
+/// The page in the size of a phone. The program's own engine draws it, as a phone's browser would.
 void photographPage(VXTourRun& theRun, const QUrl& theUrl)
 {
-    const QString browser = QStandardPaths::findExecutable(u"chromium"_s);
-    if (browser.isEmpty()) {
-        theRun.came(u"no picture of the phone's page: chromium is missing"_s);
-        return;
-    }
-    const QString name = u"35-phone-page.png"_s;
-    asPhone({browser, u"--headless=new"_s, u"--no-sandbox"_s, u"--disable-gpu"_s,
-             u"--hide-scrollbars"_s, u"--window-size=390,844"_s,
-             u"--virtual-time-budget=5000"_s, // the page asks for its texts after it is loaded
-             u"--user-data-dir="_s + theRun.world.folder.filePath(u"phone-profile"_s),
-             u"--screenshot="_s + theRun.world.folder.filePath(name), theUrl.toString()});
-    QDir(theRun.world.folder.filePath(u"phone-profile"_s)).removeRecursively();
-    theRun.addPicture(name);
+    QWebEngineView phone;
+    phone.resize(390, 740);
+    phone.show();
+    phone.setUrl(theUrl);
+    // The page asks for its texts after it is loaded.
+    const QString isReady = u"!!document.getElementById('greeting')?.innerText && "
+                            "[...document.images].every(image => image.complete)"_s;
+    theRun.expect(VXTourWebPage::waitUntilTrue(phone, isReady), u"the phone's page did not come"_s);
+    theRun.expect(VXTourWebPage::waitUntilDrawn(phone), u"the phone's page is not drawn"_s);
+    theRun.photograph(&phone, u"35-phone-page.png"_s);
 }
 
 void receivePhoto(VXTourRun& theRun)
