@@ -33,7 +33,7 @@ constexpr int downloadTimeout = 3600; // seconds
 
 // Bytes.
 constexpr qint64 readBufferSize = 512 * 1024;
-constexpr qint64 firstReadBufferSize = 4 * readBufferSize; // Qt keeps no more of the body of a 401
+constexpr qint64 firstReadBufferSize = 4 * readBufferSize; // the body of a 401 is cut by it
 constexpr qint64 pieceSize = 256 * 1024;
 constexpr qint64 largestReserve = 256 * 1024 * 1024;
 
@@ -140,7 +140,7 @@ private:
     {
         const qint64 announced = myReply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
         const bool isSmall = announced > 0 && announced <= readBufferSize &&
-                             !myReply.hasRawHeader("Transfer-Encoding");
+                             !myReply.hasRawHeader("Transfer-Encoding"_ba);
         if (isSmall)
             myReply.QNetworkReply::setReadBufferSize(0);
         else
@@ -185,12 +185,12 @@ private:
 /// Beside chunks a length means nothing (RFC 9112, 6.3).
 bool isCutOff(const QNetworkReply& theReply, int theStatus, qsizetype theBodySize)
 {
-    const QByteArray announced = theReply.rawHeader("Content-Length");
+    if (theReply.rawHeader("Content-Length"_ba).toLongLong() <= theBodySize)
+        return false;
     const bool hasBody = theReply.operation() != QNetworkAccessManager::HeadOperation &&
                          theStatus >= 200 && theStatus != 204 && theStatus != 304 &&
-                         !theReply.hasRawHeader("Transfer-Encoding");
-    return hasBody && theReply.error() == QNetworkReply::NoError &&
-           theBodySize < announced.toLongLong();
+                         !theReply.hasRawHeader("Transfer-Encoding"_ba);
+    return hasBody && theReply.error() == QNetworkReply::NoError;
 }
 
 /// What follows the backslash for theByte in Qt's debug stream; 0 when the byte needs none.
@@ -440,8 +440,8 @@ void VXHttpOperation::noteFailure(const QNetworkReply& theReply, const QByteArra
 void VXHttpOperation::noteSuccess(const QNetworkReply& theReply, qsizetype theBodySize)
 {
     myError = VXNetworkingError();
-    if (theReply.hasRawHeader("Date"))
-        logRequest(theReply.rawHeader("Date"), theBodySize);
+    if (theReply.hasRawHeader("Date"_ba))
+        logRequest(theReply.rawHeader("Date"_ba), theBodySize);
 }
 
 void VXHttpOperation::logError(const QString& theErrorText) const
