@@ -24,6 +24,7 @@
 
 #include <array>
 #include <atomic>
+#include <charconv>
 
 using namespace Qt::StringLiterals;
 
@@ -37,6 +38,14 @@ constexpr qint64 firstReadBufferSize = 4 * readBufferSize; // the body of a 401 
 constexpr qint64 pieceSize = 256 * 1024;
 constexpr qint64 largestReserve = 256 * 1024 * 1024;
 
+/// -1 unless theDigits is a number.
+int number(QByteArrayView theDigits)
+{
+    int value = -1;
+    const auto [end, error] = std::from_chars(theDigits.begin(), theDigits.end(), value);
+    return error == std::errc() && end == theDigits.end() ? value : -1;
+}
+
 /// The date that servers write, "Sun, 06 Nov 1994 08:49:37 GMT" (RFC 9110, 5.6.7), taken apart by
 /// its columns: Qt's parser takes longer than the rest of a request's record. Invalid when it is
 /// written otherwise.
@@ -46,13 +55,12 @@ QDateTime fixedDate(QByteArrayView theHeader)
     static constexpr QByteArrayView days = "MonTueWedThuFriSatSun";
     if (theHeader.size() != 29 || !theHeader.endsWith(" GMT"))
         return {};
-    const auto number = [theHeader](qsizetype thePosition, qsizetype theLength) {
-        return theHeader.sliced(thePosition, theLength).toInt();
-    };
     const auto month = static_cast<int>(months.indexOf(theHeader.sliced(8, 3)) / 3 + 1);
-    const QDate date(number(12, 4), month, number(5, 2));
-    const QTime time(number(17, 2), number(20, 2), number(23, 2));
-    const bool isDay = days.indexOf(theHeader.first(3)) == 3 * (date.dayOfWeek() - 1);
+    const QDate date(number(theHeader.sliced(12, 4)), month, number(theHeader.sliced(5, 2)));
+    const QTime time(number(theHeader.sliced(17, 2)), number(theHeader.sliced(20, 2)),
+                     number(theHeader.sliced(23, 2)));
+    const bool isDay =
+        date.isValid() && days.sliced(3 * (date.dayOfWeek() - 1), 3) == theHeader.first(3);
     return isDay && time.isValid() ? QDateTime(date, time, Qt::UTC) : QDateTime();
 }
 
@@ -74,6 +82,30 @@ QDateTime serverDate(const QByteArray& theHeader)
 {
     QDateTime date = fixedDate(theHeader);
     return date.isValid() ? date : mailDate(theHeader);
+}
+
+/// A number in a text that is put together, without a string of its own.
+class Decimal
+{
+public:
+    explicit Decimal(qint64 theNumber)
+    {
+        const auto result = std::to_chars(myDigits.begin(), myDigits.end(), theNumber);
+        mySize = result.ptr - myDigits.begin();
+    }
+    /// Lives as long as this object.
+    [[nodiscard]] QLatin1StringView text() const { return {myDigits.data(), mySize}; }
+
+private:
+    std::array<char, 20> myDigits{}; // "-9223372036854775808"
+    qsizetype mySize = 0;
+};
+
+/// theReply's URL as messages show it, without a password. Mostly that is theText, all of theUrl.
+QString shownUrl(const QNetworkReply& theReply, const QUrl& theUrl, const QString& theText)
+{
+    const QUrl url = theReply.url();
+    return url == theUrl && url.userInfo().isEmpty() ? theText : url.toString(QUrl::RemovePassword);
 }
 
 /// Takes the body out of a reply while it arrives. Left to itself Qt holds a large body three times
@@ -360,8 +392,10 @@ QByteArray VXHttpOperation::exec()
         noteMissingReply();
         return {};
     }
+    const QString url = myUrl.toString();
     BodyCollector collector(*reply);
-    VXNetworkAccessManager::threadInstance()->waitForRequest(reply.get(), myTimeout);
+    VXNetworkAccessManager::threadInstance()->waitForRequest(reply.get(), myTimeout,
+                                                             shownUrl(*reply, myUrl, url));
     myHttpResponseCode = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     QByteArray body = collector.body();
     if (isCutOff(*reply, myHttpResponseCode, body.size()))
@@ -369,7 +403,7 @@ QByteArray VXHttpOperation::exec()
     else if (reply->error() != QNetworkReply::NoError)
         noteFailure(*reply, body, reply->error(), reply->errorString());
     else
-        noteSuccess(*reply, body.size());
+        noteSuccess(*reply, body.size(), url);
     return body;
 }
 
@@ -437,11 +471,12 @@ void VXHttpOperation::noteFailure(const QNetworkReply& theReply, const QByteArra
     logError(theErrorText);
 }
 
-void VXHttpOperation::noteSuccess(const QNetworkReply& theReply, qsizetype theBodySize)
+void VXHttpOperation::noteSuccess(const QNetworkReply& theReply, qsizetype theBodySize,
+                                  const QString& theUrl)
 {
     myError = VXNetworkingError();
     if (theReply.hasRawHeader("Date"_ba))
-        logRequest(theReply.rawHeader("Date"_ba), theBodySize);
+        logRequest(theReply.rawHeader("Date"_ba), theBodySize, theUrl);
 }
 
 void VXHttpOperation::logError(const QString& theErrorText) const
@@ -450,17 +485,18 @@ void VXHttpOperation::logError(const QString& theErrorText) const
         u"TOV NETREQUEST ERROR:%1 URL:%2"_s.arg(theErrorText, myUrl.toString()), true);
 }
 
-void VXHttpOperation::logRequest(const QByteArray& theServerDate, qsizetype theBodySize) const
+void VXHttpOperation::logRequest(const QByteArray& theServerDate, qsizetype theBodySize,
+                                 const QString& theUrl) const
 {
     const QDateTime now = QDateTime::currentDateTimeUtc(); // differences only: cheaper
     // Positive when the local clock is ahead; a date that cannot be read counts as 0.
     const int offByMs = static_cast<int>(serverDate(theServerDate).msecsTo(now));
     // The epoch is that of the local clock, whatever its name says: log readers rely on it.
-    VXLogger::instance()->legacyLog(u"TOV NETREQUEST OFFBYMS:" % QString::number(offByMs) %
-                                        u" BYTES:" % QString::number(theBodySize) %
-                                        u"  DURATIONMS:" % QString::number(myCreated.msecsTo(now)) %
-                                        u" URL:" % myUrl.toString() % u" SERVEREPOCH:" %
-                                        QString::number(now.toSecsSinceEpoch()),
+    VXLogger::instance()->legacyLog(u"TOV NETREQUEST OFFBYMS:" % Decimal(offByMs).text() %
+                                        u" BYTES:" % Decimal(theBodySize).text() %
+                                        u"  DURATIONMS:" % Decimal(myCreated.msecsTo(now)).text() %
+                                        u" URL:" % theUrl % u" SERVEREPOCH:" %
+                                        Decimal(now.toSecsSinceEpoch()).text(),
                                     true);
     VXLogger::instance()->addToOffSetTimes(offByMs);
 }

@@ -148,9 +148,10 @@ private:
     void noteMissingReply();
     void noteFailure(const QNetworkReply& theReply, const QByteArray& theBody,
                      QNetworkReply::NetworkError theError, const QString& theErrorText);
-    void noteSuccess(const QNetworkReply& theReply, qsizetype theBodySize);
+    void noteSuccess(const QNetworkReply& theReply, qsizetype theBodySize, const QString& theUrl);
     void logError(const QString& theErrorText) const;
-    void logRequest(const QByteArray& theServerDate, qsizetype theBodySize) const;
+    void logRequest(const QByteArray& theServerDate, qsizetype theBodySize,
+                    const QString& theUrl) const;
     void debugRequestHeaders() const;
     void debugReplyHeaders(const QNetworkReply& theReply) const;
     void noteWriteFailure(const QFileInfo& theFile, const QString& theReason);

@@ -365,6 +365,13 @@ void VXNetworkAccessManager::connectRequest(QNetworkReply* theReply,
 
 void VXNetworkAccessManager::waitForRequest(QNetworkReply* theReply, int theTimeoutSeconds)
 {
+    if (theReply)
+        waitForRequest(theReply, theTimeoutSeconds, theReply->url().toString(QUrl::RemovePassword));
+}
+
+void VXNetworkAccessManager::waitForRequest(QNetworkReply* theReply, int theTimeoutSeconds,
+                                            const QString& theUrl)
+{
     if (!theReply)
         return;
     QEventLoop loop; // before the timer: it gives a plain thread the dispatcher that timers need
@@ -375,7 +382,7 @@ void VXNetworkAccessManager::waitForRequest(QNetworkReply* theReply, int theTime
     connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
     connect(theReply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
 
-    const QString url = quoted(theReply->url().toString(QUrl::RemovePassword));
+    const QString url = quoted(theUrl);
     qInfo().noquote() << QString(u" --  \"" % describe(theReply->operation()) % u"\" : " % url);
 
     const bool isLimited = theTimeoutSeconds >= 0;

@@ -71,6 +71,9 @@ public:
     /// 0 seconds abort at once, negative ones mean no limit. A reply whose wait ends because the
     /// thread or the application quits is aborted, too. Null is ignored.
     void waitForRequest(QNetworkReply* theReply, int theTimeoutSeconds);
+    /// The same for a caller that has made a text of the reply's URL, without its password. The
+    /// messages show that.
+    void waitForRequest(QNetworkReply* theReply, int theTimeoutSeconds, const QString& theUrl);
 
     /// "HEAD", "GET", "PUT", "POST", "DELETE", "CUSTOM", else "UNKNOWN".
     [[nodiscard]] QString describe(QNetworkAccessManager::Operation theOperation) const;

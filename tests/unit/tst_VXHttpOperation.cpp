@@ -328,10 +328,11 @@ public:
     {
         if (onStart)
             onStart();
-        return {};
+        return mapTileFragment;
     }
 
     std::function<void()> onStart; // called while a request starts
+    QString mapTileFragment;
     QStringList failedPaths;
     QList<qint64> failedSizes; // as the notice says
 };
@@ -413,6 +414,8 @@ private Q_SLOTS:
     void answerIsLoggedAsTheDebugStreamShowsIt_data();
     void answerIsLoggedAsTheDebugStreamShowsIt();
     void passwordsAreMaskedInTheFailureBlock();
+    void messagesShowWhereTheRequestGoes_data();
+    void messagesShowWhereTheRequestGoes();
 
     void brokenPeerGivesItsCode_data();
     void brokenPeerGivesItsCode();
@@ -810,6 +813,46 @@ void tst_VXHttpOperation::passwordsAreMaskedInTheFailureBlock()
     QCOMPARE(log.textsWith(u" body:"_s).size(), 1);
     QVERIFY(log.textsWith(u" body:"_s).constFirst().contains(u"user=me"_s));
     QCOMPARE(log.textsWith(u"geheim"_s), QStringList());
+}
+
+void tst_VXHttpOperation::messagesShowWhereTheRequestGoes_data()
+{
+    QTest::addColumn<QString>("user"); // before the host
+    QTest::addColumn<QString>("tiles");
+    QTest::addColumn<QString>("shownUser");
+    QTest::addColumn<QString>("shownQuery");
+
+    QTest::newRow("as asked for") << u""_s << u""_s << u""_s << u"x=%2541"_s;
+    QTest::newRow("password") << u"me:geheim@"_s << u""_s << u"me@"_s << u"x=%2541"_s;
+    QTest::newRow("empty password") << u"me:@"_s << u""_s << u"me@"_s << u"x=%2541"_s;
+    QTest::newRow("user") << u"me@"_s << u""_s << u"me@"_s << u"x=%2541"_s;
+    QTest::newRow("map tile") << u""_s << u"7.0.0"_s << u""_s << u"x=A"_s;
+}
+
+void tst_VXHttpOperation::messagesShowWhereTheRequestGoes()
+{
+    QFETCH(QString, user);
+    QFETCH(QString, tiles);
+    QFETCH(QString, shownUser);
+    QFETCH(QString, shownQuery);
+    myPlatform->mapTileFragment = tiles;
+    const auto restore = qScopeGuard([this] { myPlatform->mapTileFragment.clear(); });
+    VXRawPeer peer;
+    peer.setAnswer(
+        VXRawAnswer::http(200, "hello", {"Date: " + httpDate(QDateTime::currentDateTime())}));
+    const auto url = [&peer](const QString& theUser, const QString& theQuery) {
+        return u"http://"_s + theUser + u"127.0.0.1:%1/p?"_s.arg(peer.port()) + theQuery;
+    };
+    const QString asked = url(user, u"x=%2541"_s);
+    const QString shown = url(shownUser, shownQuery);
+    const VXLogCapture log;
+    QVERIFY(get(QUrl(asked)).send());
+    QCOMPARE(log.texts(QtInfoMsg).first(2),
+             (QStringList{u" --  \"GET\" : \"%1\""_s.arg(shown),
+                          u" -- Request  \"%1\" complete"_s.arg(shown)}));
+    QCOMPARE(recordsOf(log).size(), 1);
+    QVERIFY2(recordsOf(log).constFirst().contains(u" URL:%1 SERVEREPOCH:"_s.arg(asked)),
+             qPrintable(recordsOf(log).constFirst()));
 }
 
 void tst_VXHttpOperation::brokenPeerGivesItsCode_data()
