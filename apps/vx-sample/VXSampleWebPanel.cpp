@@ -5,9 +5,11 @@
 #include "VXSampleSimulator.h"
 
 #include <VXCore/VXDirectoryConfig.h>
+#include <VXGUIWidgets/VXCSSSkinManager.h>
 #include <VXNetworking/VXBrowserDialog.h>
 #include <VXNetworking/VXWebView.h>
 
+#include <QtCore/QEvent>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonValue>
 #include <QtWebEngineWidgets/QWebEngineView>
@@ -143,6 +145,7 @@ void VXSampleWebPanel::createView()
     QWidget* const widget = myView->nativeWidget();
     widget->setMinimumHeight(120);
     connect(myView.get(), &VXWebView::loadFinished, this, &VXSampleWebPanel::placeViewInTabOrder);
+    connect(myView.get(), &VXWebView::loadFinished, this, &VXSampleWebPanel::showSkin);
     connect(qobject_cast<QWebEngineView*>(widget), &QWebEngineView::renderProcessTerminated, this,
             [this](QWebEnginePage::RenderProcessTerminationStatus theStatus) {
                 if (theStatus != QWebEnginePage::NormalTerminationStatus)
@@ -155,6 +158,24 @@ void VXSampleWebPanel::createView()
     connect(myView.get(), &VXWebView::loadStarted, myProgress, &QWidget::show);
     connect(myView.get(), &VXWebView::loadFinished, myProgress, &QWidget::hide);
     open(u"tov://localhost/index.html"_s);
+}
+
+void VXSampleWebPanel::changeEvent(QEvent* theEvent)
+{
+    VXSamplePanel::changeEvent(theEvent);
+    if (theEvent->type() == QEvent::PaletteChange) // a skin brings its palette
+        showSkin();
+}
+
+/// Tells the program's own pages. The library tells local files, when they are loaded.
+void VXSampleWebPanel::showSkin()
+{
+    if (!myView || myView->url().scheme() != u"tov"_s)
+        return;
+    const bool isDark = VXCSSSkinManager::instance()->currentMode() == VXCSSSkinManager::Dark;
+    myView->runJavascriptAsync(u"document.documentElement.classList.toggle('dark', %1)"_s.arg(
+                                   isDark ? u"true"_s : u"false"_s),
+                               [](const QVariant&) {});
 }
 
 void VXSampleWebPanel::open(const QString& theAddress)

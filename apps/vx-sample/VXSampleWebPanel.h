@@ -28,6 +28,9 @@ public:
     void cancel() override;
     void activate() override;
 
+protected:
+    void changeEvent(QEvent* theEvent) override;
+
 private:
     void addPageButtons();
     void addAddressLine();
@@ -35,6 +38,7 @@ private:
     void addNotice();
     void createView();
     void placeViewInTabOrder();
+    void showSkin();
     void showCrash();
     void reload();
     void open(const QString& theAddress);

@@ -75,6 +75,9 @@ void showPages(VXTourRun& theRun, const QString& theSuffix)
         const auto seen = std::ranges::find_if(views, &QWidget::isVisible);
         if (seen != views.end())
             theRun.expect(VXTourWebPage::waitUntilDrawn(**seen), u"the page is not drawn"_s);
+        if (seen != views.end() &&
+            VXCSSSkinManager::instance()->currentMode() == VXCSSSkinManager::Dark)
+            theRun.expect(VXTourWebPage::waitUntilDark(**seen), u"the page is light"_s);
         theRun.photograph(&window,
                           u"01-window-%1%2.png"_s.arg(QString::number(page + 1), theSuffix));
     }

@@ -8,6 +8,7 @@
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QTimer>
 #include <QtCore/QUrlQuery>
 #include <QtNetwork/QNetworkAccessManager>
@@ -69,6 +70,8 @@ private Q_SLOTS:
     void loginInTheBrowserMayBeGivenUp();
     void loginWithoutItsPortIsExplained();
     void crashOfThePageIsToldAndReloaded();
+    void ownPagesFollowTheSkin_data();
+    void ownPagesFollowTheSkin();
 
     void menuBringsEachProblem_data();
     void menuBringsEachProblem();
@@ -412,6 +415,45 @@ void tst_sample_window::crashOfThePageIsToldAndReloaded()
     QVERIFY(finished.wait(20'000));
     QCOMPARE(finished.at(0).at(0).toBool(), true);
     QVERIFY(!notice.isVisible());
+}
+
+void tst_sample_window::ownPagesFollowTheSkin_data()
+{
+    QTest::addColumn<QString>("button");
+
+    for (const char* button : {"startButton", "sceneButton", "proposalButton"})
+        QTest::newRow(button) << QString::fromLatin1(button);
+}
+
+void tst_sample_window::ownPagesFollowTheSkin()
+{
+    QFETCH(QString, button);
+    const auto background = [this] {
+        click(u"scriptButton"_s); // runs after what the page was told before
+        return shown(u"scriptResult"_s);
+    };
+    const QString light = u"Ergebnis: rgb(243, 245, 248)"_s;
+    const QString dark = u"Ergebnis: rgb(16, 21, 27)"_s;
+    const auto restore =
+        qScopeGuard([] { VXCSSSkinManager::instance()->setMode(VXCSSSkinManager::Light); });
+
+    mySample->openPage(u"Webinhalte"_s);
+    auto* const view = mySample->window().findChild<QWebEngineView*>();
+    QSignalSpy finished(view, &QWebEngineView::loadFinished);
+    QVERIFY(finished.wait(20'000));
+    click(button);
+    QVERIFY(finished.wait(20'000));
+    part<QLineEdit>(u"scriptEdit"_s)
+        .setText(u"getComputedStyle(document.documentElement).backgroundColor"_s);
+    QCOMPARE(background(), light);
+
+    QVERIFY(mySample->chooseFromMenu(u"skin-dark"_s));
+    QCOMPARE(background(), dark);
+    click(button); // loaded in the dark skin
+    QVERIFY(finished.wait(20'000));
+    QCOMPARE(background(), dark);
+    QVERIFY(mySample->chooseFromMenu(u"skin-light"_s));
+    QCOMPARE(background(), light);
 }
 
 void tst_sample_window::menuBringsEachProblem_data()
