@@ -3,6 +3,7 @@
 #include "VXSampleContext.h"
 #include "VXSampleOutput.h"
 #include "VXSampleSignals.h"
+#include "VXTourWebPage.h"
 
 #include <VXCore/VXPlatformIndependent.h>
 #include <VXGUIWidgets/VXCSSSkinManager.h>
@@ -136,6 +137,10 @@ bool VXSampleWebCommand::savePicture(VXBrowserDialog& theDialog, const QString& 
     const QDeadlineTimer deadline(longestDrawing);
     std::ignore = view->runJavascriptSync(drawnScript);
     while (view->runJavascriptSync(u"vxIsDrawn"_s) == QVariant(false) && !deadline.hasExpired())
+        VXPlatformIndependent::instance()->sleep(20);
+    // The widget shows the frames of the page's process a little later.
+    auto& widget = *qobject_cast<QWebEngineView*>(view->nativeWidget());
+    while (VXTourWebPage::isPlain(widget) && !deadline.hasExpired())
         VXPlatformIndependent::instance()->sleep(20);
     return theDialog.grab().save(theFile);
 }

@@ -32,22 +32,6 @@ void wait()
     loop.exec();
 }
 
-/// Whether the view shows one colour. Its edges do not count: a view that has just grown, because
-/// the progress bar went, shows the old frame and a strip of background. Nor does its top: in a
-/// view that has just been laid out stands the frame of a widget without a layout, 100 x 30.
-bool isPlain(QWebEngineView& theView)
-{
-    const QImage whole = theView.grab().toImage();
-    QMargins margins = edge;
-    margins.setTop(qRound(firstFrame * whole.devicePixelRatio()));
-    const QImage image = whole.copy(whole.rect().marginsRemoved(margins));
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            if (image.pixel(x, y) != image.pixel(0, 0))
-                return false;
-    return true;
-}
-
 } // namespace
 
 QVariant VXTourWebPage::run(QWebEngineView& theView, const QString& theScript)
@@ -69,6 +53,19 @@ QVariant VXTourWebPage::run(QWebEngineView& theView, const QString& theScript)
     while (!answer->isThere && !deadline.hasExpired())
         loop.processEvents(QEventLoop::WaitForMoreEvents);
     return answer->value;
+}
+
+bool VXTourWebPage::isPlain(QWebEngineView& theView)
+{
+    const QImage whole = theView.grab().toImage();
+    QMargins margins = edge;
+    margins.setTop(qRound(firstFrame * whole.devicePixelRatio()));
+    const QImage image = whole.copy(whole.rect().marginsRemoved(margins));
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) != image.pixel(0, 0))
+                return false;
+    return true;
 }
 
 bool VXTourWebPage::waitUntilDrawn(QWebEngineView& theView)

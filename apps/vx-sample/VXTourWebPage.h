@@ -12,6 +12,12 @@ public:
     /// What a script returns; invalid when the page did not answer in time.
     static QVariant run(QWebEngineView& theView, const QString& theScript);
 
+    /// Whether the view shows one colour. Its edges do not count: a view that has just grown,
+    /// because the progress bar went, shows the old frame and a strip of background. Nor does its
+    /// top: in a view that has just been laid out stands the frame of a widget without a layout,
+    /// 100 x 30.
+    static bool isPlain(QWebEngineView& theView);
+
     /// Waits until a page other than the empty one is there and drawn. False when it takes longer
     /// than 20 seconds.
     static bool waitUntilDrawn(QWebEngineView& theView);

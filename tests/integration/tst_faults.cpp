@@ -150,7 +150,7 @@ QList<Row> transportRows()
     getAgain.before = u"/then-close"_s;
     Exchange postAgain = post(u"/ok"_s, 10);
     postAgain.before = u"/then-close"_s;
-    Exchange atOnce = get(u"/ok"_s);
+    Exchange atOnce = get(u"/stall-before-headers"_s); // an answer could come first
     atOnce.timeout = 0;
     Exchange unlimited = get(u"/late"_s);
     unlimited.timeout = -1;
